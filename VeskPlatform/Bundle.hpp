@@ -1,0 +1,18 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+namespace vesk {
+
+/// An application bundle, or the folder of a bare executable. Paths are absolute, without a slash at the end.
+struct Bundle {
+    std::string path;
+    std::optional<std::string> executablePath;
+    std::optional<std::string> resourcesPath;
+    /// The string values of the information dictionary; empty for a bare executable.
+    std::map<std::string, std::string> information;
+};
+
+} // namespace vesk

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "VeskPlatform/Bundle.hpp"
+
+namespace vesk {
+
+class Clock;
+class Consent;
+class Environment;
+class EventStore;
+class FileReader;
+class LocaleSettings;
+class PrivateFiles;
+class SerialQueue;
+class SettingsOpener;
+
+/// The set of ports. An accessor builds its adapter on first use and keeps it, so a run touches only what it needs.
+/// Accessors are called on the main executor; each port's header says what its own verbs allow.
+class Platform {
+public:
+    virtual ~Platform() = default;
+
+    virtual const Bundle& mainBundle() = 0;
+    virtual Clock& clock() = 0;
+    virtual Consent& consent() = 0;
+    virtual Environment& environment() = 0;
+    virtual EventStore& eventStore() = 0;
+    virtual FileReader& fileReader() = 0;
+    virtual LocaleSettings& localeSettings() = 0;
+    /// The queue "app.veskhq.shell-debug-log".
+    virtual SerialQueue& logQueue() = 0;
+    virtual PrivateFiles& privateFiles() = 0;
+    virtual SettingsOpener& settingsOpener() = 0;
+};
+
+} // namespace vesk

@@ -1,0 +1,139 @@
+#include "VeskSupport/LocalCalendar.hpp"
+
+#include "VeskSupport/Iso8601.hpp"
+
+#include <unicode/basictz.h>
+#include <unicode/timezone.h>
+#include <unicode/vtzone.h>
+
+namespace vesk {
+
+struct LocalCalendar::Zone {
+    std::unique_ptr<icu::BasicTimeZone> rules;
+};
+
+namespace {
+
+using namespace std::chrono;
+
+UDate toUDate(Instant instant) { return static_cast<double>(instant.time_since_epoch().count()); }
+
+icu::UnicodeString toUnicode(const std::string& text) { return icu::UnicodeString::fromUTF8(text); }
+
+std::unique_ptr<icu::BasicTimeZone> basic(icu::TimeZone* zone) {
+    std::unique_ptr<icu::TimeZone> owned(zone);
+    auto* result = dynamic_cast<icu::BasicTimeZone*>(owned.get());
+    if (result != nullptr) (void)owned.release();
+    return std::unique_ptr<icu::BasicTimeZone>(result);
+}
+
+std::unique_ptr<icu::BasicTimeZone> zoneNamed(const std::string& identifier) {
+    auto zone = basic(icu::TimeZone::createTimeZone(toUnicode(identifier)));
+    icu::UnicodeString name;
+    if (zone == nullptr || zone->getID(name) == icu::UnicodeString(UCAL_UNKNOWN_ZONE_ID))
+        zone = basic(icu::TimeZone::createTimeZone(icu::UnicodeString("UTC")));
+    return zone;
+}
+
+seconds localOffset(const icu::BasicTimeZone& zone, WallTime wall, UTimeZoneLocalOption option) {
+    std::int32_t raw = 0, dst = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    const auto date = static_cast<double>(wall.time_since_epoch().count()) * 1000.0;
+    zone.getOffsetFromLocal(date, option, option, raw, dst, status);
+    return duration_cast<seconds>(milliseconds(raw + dst));
+}
+
+} // namespace
+
+LocalCalendar::LocalCalendar(const std::string& zoneIdentifier)
+    : LocalCalendar(std::make_unique<Zone>(Zone{zoneNamed(zoneIdentifier)}), zoneIdentifier) {}
+
+LocalCalendar::LocalCalendar(std::unique_ptr<Zone> zone, std::string zoneIdentifier)
+    : zone_(std::move(zone)), zoneIdentifier_(std::move(zoneIdentifier)) {}
+
+LocalCalendar::LocalCalendar(LocalCalendar&&) noexcept = default;
+LocalCalendar& LocalCalendar::operator=(LocalCalendar&&) noexcept = default;
+LocalCalendar::~LocalCalendar() = default;
+
+std::optional<LocalCalendar> LocalCalendar::fromVTimeZone(const std::string& component) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BasicTimeZone> zone(icu::VTimeZone::createVTimeZone(toUnicode(component), status));
+    if (U_FAILURE(status) || zone == nullptr) return std::nullopt;
+    icu::UnicodeString name;
+    zone->getID(name);
+    if (name.isEmpty()) return std::nullopt; // a component without usable rules: ICU names its zones last
+    std::string identifier;
+    name.toUTF8String(identifier);
+    return LocalCalendar(std::make_unique<Zone>(Zone{std::move(zone)}), std::move(identifier));
+}
+
+bool LocalCalendar::isKnownZone(const std::string& zoneIdentifier) {
+    if (zoneIdentifier.empty()) return false;
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeString canonical;
+    UBool isSystem = false;
+    icu::TimeZone::getCanonicalID(toUnicode(zoneIdentifier), canonical, isSystem, status);
+    return U_SUCCESS(status) && isSystem;
+}
+
+std::optional<std::string> LocalCalendar::zoneForWindowsName(const std::string& windowsName) {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeString identifier;
+    icu::TimeZone::getIDForWindowsID(toUnicode(windowsName), nullptr, identifier, status);
+    if (U_FAILURE(status) || identifier.isEmpty()) return std::nullopt;
+    std::string result;
+    identifier.toUTF8String(result);
+    return result;
+}
+
+seconds LocalCalendar::offset(Instant instant) const {
+    std::int32_t raw = 0, dst = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    zone_->rules->getOffset(toUDate(instant), false, raw, dst, status);
+    return duration_cast<seconds>(milliseconds(raw + dst));
+}
+
+WallTime LocalCalendar::wallTime(Instant instant) const {
+    return WallTime{floor<seconds>(instant).time_since_epoch() + offset(instant)};
+}
+
+WallTimeMeaning LocalCalendar::meaning(WallTime wall) const {
+    const seconds before = localOffset(*zone_->rules, wall, UCAL_TZ_LOCAL_FORMER);
+    const seconds after = localOffset(*zone_->rules, wall, UCAL_TZ_LOCAL_LATTER);
+    const Instant withBefore{wall.time_since_epoch() - before}, withAfter{wall.time_since_epoch() - after};
+    if (before == after) return {WallTimeKind::unique, withBefore, withBefore};
+    const auto kind = before > after ? WallTimeKind::repeated : WallTimeKind::skipped;
+    return {kind, std::min(withBefore, withAfter), std::max(withBefore, withAfter)};
+}
+
+Instant LocalCalendar::instant(WallTime wall) const {
+    const WallTimeMeaning m = meaning(wall);
+    return m.kind == WallTimeKind::skipped ? m.later : m.earlier;
+}
+
+Instant LocalCalendar::startOfDay(WallDay day) const {
+    const WallTimeMeaning midnight = meaning(WallTime{day});
+    if (midnight.kind != WallTimeKind::skipped) return midnight.earlier;
+    UDate transition = 0;
+    icu::TimeZoneTransition change;
+    // The gap that swallows midnight: the day starts at the change itself.
+    if (zone_->rules->getPreviousTransition(toUDate(midnight.later), true, change))
+        transition = change.getTime();
+    else
+        return midnight.later;
+    return Instant{milliseconds(static_cast<std::int64_t>(transition))};
+}
+
+Instant LocalCalendar::startOfDay(Instant instant) const { return startOfDay(floor<days>(wallTime(instant))); }
+
+Instant LocalCalendar::addDays(Instant start, int count) const {
+    const WallTime wall = wallTime(start);
+    const WallDay day = floor<days>(wall);
+    const auto subsecond = start - floor<seconds>(start);
+    if (startOfDay(day) == start) return startOfDay(day + days(count));
+    return instant(wall + days(count)) + subsecond;
+}
+
+std::string LocalCalendar::isoText(Instant instant) const { return formatInternetDateTime(instant, offset(instant)); }
+
+} // namespace vesk

@@ -1,0 +1,194 @@
+#pragma once
+
+#include "VeskSupport/Json.hpp"
+
+#include <concepts>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace vesk {
+
+// A record is a plain aggregate with one table beside it that names each field's key, member and rule:
+//
+//     struct Person { std::string name; std::optional<std::string> nickname; bool member = false; };
+//     template <> inline constexpr auto recordTable<Person> =
+//         recordFields(required("name", &Person::name), optional("nickname", &Person::nickname),
+//                      defaulted("member", &Person::member));
+//
+// Writing leaves absent optionals out. Reading ignores unknown keys; a missing or null required key and a value of the
+// wrong type fail with the path of the field; a missing or null optional is absent; a missing or null defaulted field
+// keeps the member's own initial value.
+
+enum class FieldRule { required, optional, defaulted };
+
+template <class Record, class Value> struct Field {
+    std::string_view key;
+    Value Record::*member;
+    FieldRule rule;
+};
+
+template <class Record, class Value> constexpr auto required(std::string_view key, Value Record::*member) {
+    return Field<Record, Value>{key, member, FieldRule::required};
+}
+template <class Record, class Value>
+constexpr auto optional(std::string_view key, std::optional<Value> Record::*member) {
+    return Field<Record, std::optional<Value>>{key, member, FieldRule::optional};
+}
+template <class Record, class Value> constexpr auto defaulted(std::string_view key, Value Record::*member) {
+    return Field<Record, Value>{key, member, FieldRule::defaulted};
+}
+template <class... Fields> constexpr auto recordFields(Fields... fields) { return std::tuple<Fields...>{fields...}; }
+
+/// The table of a record; specialised beside it.
+template <class T> inline constexpr auto recordTable = nullptr;
+/// The raw strings of an enumeration in declaration order, as a std::array of pairs; specialised beside it.
+template <class T> inline constexpr auto rawValueTable = nullptr;
+
+template <class T>
+concept Record = !std::is_null_pointer_v<std::remove_const_t<decltype(recordTable<T>)>>;
+template <class T>
+concept RawEnumeration = std::is_enum_v<T> && !std::is_null_pointer_v<std::remove_const_t<decltype(rawValueTable<T>)>>;
+
+template <RawEnumeration E> constexpr std::string_view rawValue(E value) {
+    for (const auto& [candidate, raw] : rawValueTable<E>)
+        if (candidate == value) return raw;
+    return {};
+}
+template <RawEnumeration E> constexpr std::optional<E> fromRawValue(std::string_view text) {
+    for (const auto& [candidate, raw] : rawValueTable<E>)
+        if (raw == text) return candidate;
+    return std::nullopt;
+}
+
+// ---- Writing
+
+inline JsonValue toJson(bool v) { return {v}; }
+inline JsonValue toJson(double v) { return {v}; }
+inline JsonValue toJson(const std::string& v) { return {v}; }
+inline JsonValue toJson(const JsonValue& v) { return v; }
+template <std::integral T>
+    requires(!std::same_as<T, bool>)
+JsonValue toJson(T v) {
+    return {static_cast<std::int64_t>(v)};
+}
+template <RawEnumeration E> JsonValue toJson(E v) { return {std::string(rawValue(v))}; }
+template <Record R> JsonValue toJson(const R& record);
+template <class T> JsonValue toJson(const std::vector<T>& list) {
+    JsonValue::Array result;
+    result.reserve(list.size());
+    for (const T& item : list) result.push_back(toJson(item));
+    return {std::move(result)};
+}
+
+template <Record R> JsonValue toJson(const R& record) {
+    JsonValue::Object object;
+    const auto write = [&](const auto& field) {
+        const auto& value = record.*field.member;
+        if constexpr (requires { value.has_value(); }) {
+            if (value) object.emplace(field.key, toJson(*value));
+        } else {
+            object.emplace(field.key, toJson(value));
+        }
+    };
+    std::apply([&](const auto&... field) { (write(field), ...); }, recordTable<R>);
+    return {std::move(object)};
+}
+
+// ---- Reading
+
+namespace records {
+
+[[noreturn]] inline void failMistyped(const std::string& path, std::string_view expected) {
+    throw DecodingError(DecodingError::Kind::corrupt,
+                        "The data cannot be read: " + (path.empty() ? "the document" : path) + " is not "
+                            + std::string(expected) + ".");
+}
+[[noreturn]] inline void failMissing(const std::string& path) {
+    throw DecodingError(DecodingError::Kind::keyNotFound, "The data cannot be read: " + path + " is missing.");
+}
+inline std::string childPath(const std::string& path, std::string_view key) {
+    return path.empty() ? std::string(key) : path + "." + std::string(key);
+}
+
+template <class T> const T& expect(const JsonValue& json, const std::string& path, std::string_view expected) {
+    const T* value = std::get_if<T>(&json.value);
+    if (value == nullptr) failMistyped(path, expected);
+    return *value;
+}
+
+inline void read(const JsonValue& json, const std::string& path, bool& out) {
+    out = expect<bool>(json, path, "a boolean");
+}
+inline void read(const JsonValue& json, const std::string& path, std::string& out) {
+    out = expect<std::string>(json, path, "a string");
+}
+inline void read(const JsonValue& json, const std::string&, JsonValue& out) { out = json; }
+inline void read(const JsonValue& json, const std::string& path, double& out) {
+    if (const auto* whole = std::get_if<std::int64_t>(&json.value))
+        out = static_cast<double>(*whole);
+    else
+        out = expect<double>(json, path, "a number");
+}
+template <std::integral T>
+    requires(!std::same_as<T, bool>)
+void read(const JsonValue& json, const std::string& path, T& out) {
+    std::int64_t whole = 0;
+    if (const auto* real = std::get_if<double>(&json.value)) {
+        // 2^63 is the first double beyond the range; a fraction is refused, 3.0 is not.
+        if (!(*real >= -9223372036854775808.0 && *real < 9223372036854775808.0)) failMistyped(path, "a whole number");
+        whole = static_cast<std::int64_t>(*real);
+        if (static_cast<double>(whole) != *real) failMistyped(path, "a whole number");
+    } else {
+        whole = expect<std::int64_t>(json, path, "a whole number");
+    }
+    if (!std::in_range<T>(whole)) failMistyped(path, "a whole number within its range");
+    out = static_cast<T>(whole);
+}
+template <RawEnumeration E> void read(const JsonValue& json, const std::string& path, E& out) {
+    const auto value = fromRawValue<E>(expect<std::string>(json, path, "a string"));
+    if (!value) failMistyped(path, "one of its known words");
+    out = *value;
+}
+template <Record R> void read(const JsonValue& json, const std::string& path, R& out);
+template <class T> void read(const JsonValue& json, const std::string& path, std::vector<T>& out) {
+    const auto& list = expect<JsonValue::Array>(json, path, "a list");
+    out.clear();
+    for (const JsonValue& item : list) {
+        const std::string itemPath = path + "[" + std::to_string(out.size()) + "]";
+        read(item, itemPath, out.emplace_back());
+    }
+}
+template <class T> void read(const JsonValue& json, const std::string& path, std::optional<T>& out) {
+    read(json, path, out.emplace());
+}
+
+template <Record R> void read(const JsonValue& json, const std::string& path, R& out) {
+    const auto& object = expect<JsonValue::Object>(json, path, "an object");
+    const auto readField = [&](const auto& field) {
+        const auto found = object.find(field.key);
+        const bool absent = found == object.end() || std::holds_alternative<std::nullptr_t>(found->second.value);
+        if (!absent)
+            read(found->second, childPath(path, field.key), out.*field.member);
+        else if (field.rule == FieldRule::required)
+            failMissing(childPath(path, field.key));
+    };
+    std::apply([&](const auto&... field) { (readField(field), ...); }, recordTable<R>);
+}
+
+} // namespace records
+
+/// Reads a record from a JSON value. Throws DecodingError.
+template <Record R> R fromJson(const JsonValue& json) {
+    R record{};
+    records::read(json, {}, record);
+    return record;
+}
+
+} // namespace vesk

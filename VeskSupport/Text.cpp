@@ -1,0 +1,144 @@
+#include "VeskSupport/Text.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <unicode/coll.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+namespace vesk {
+namespace {
+
+bool isAscii(std::string_view text) {
+    return std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+bool isWhiteSpace(UChar32 c) {
+    if (c < 0x80) return c == ' ' || (c >= 0x09 && c <= 0x0D);
+    return c == 0x85 || (c >= 0 && (U_GET_GC_MASK(c) & U_GC_Z_MASK) != 0);
+}
+
+bool isAlphanumeric(UChar32 c) { return c >= 0 && (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0; }
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion" // inside ICU's macro
+/// The code point at `position`, which moves behind it; negative for an ill-formed sequence.
+UChar32 nextCodePoint(std::string_view text, std::size_t& position) {
+    UChar32 c = 0;
+    U8_NEXT(text.data(), position, text.size(), c);
+    return c;
+}
+#pragma GCC diagnostic pop
+
+/// The code point that ends `text`, which loses it; negative for an ill-formed sequence.
+UChar32 takeLastCodePoint(std::string_view& text) {
+    std::size_t start = text.size() - 1;
+    for (int steps = 0; steps < 3 && start > 0 && U8_IS_TRAIL(text[start]); ++steps) --start;
+    std::size_t end = start;
+    const UChar32 c = nextCodePoint(text, end);
+    const bool whole = end == text.size();
+    text = text.substr(0, whole ? start : text.size() - 1);
+    return whole ? c : -1;
+}
+
+icu::Collator* collator(void* p) { return static_cast<icu::Collator*>(p); }
+
+icu::StringPiece piece(std::string_view text) { return {text.data(), static_cast<std::int32_t>(text.size())}; }
+
+} // namespace
+
+std::string_view trimmed(std::string_view text) {
+    for (std::size_t next = 0; !text.empty(); next = 0) {
+        if (!isWhiteSpace(nextCodePoint(text, next))) break;
+        text.remove_prefix(next);
+    }
+    for (std::string_view shorter = text; !text.empty(); text = shorter)
+        if (!isWhiteSpace(takeLastCodePoint(shorter))) break;
+    return text;
+}
+
+bool isBlank(std::string_view text) { return trimmed(text).empty(); }
+
+std::string lowercased(std::string_view text) {
+    if (isAscii(text)) {
+        std::string result(text);
+        for (char& c : result)
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        return result;
+    }
+    std::string result;
+    icu::UnicodeString::fromUTF8(piece(text)).toLower(icu::Locale::getRoot()).toUTF8String(result);
+    return result;
+}
+
+std::string repairedUtf8(std::string_view text) {
+    if (isAscii(text)) return std::string(text);
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        if (nextCodePoint(text, i) < 0)
+            result += "\xEF\xBF\xBD";
+        else
+            result.append(text, start, i - start);
+    }
+    return result;
+}
+
+std::vector<std::string> alphanumericRuns(std::string_view text) {
+    std::vector<std::string> runs;
+    bool inside = false;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        if (!isAlphanumeric(nextCodePoint(text, i))) {
+            inside = false;
+            continue;
+        }
+        if (!inside) runs.emplace_back();
+        inside = true;
+        runs.back().append(text, start, i - start);
+    }
+    return runs;
+}
+
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
+    std::string result;
+    for (const std::string& part : pieces) {
+        if (&part != pieces.data()) result += separator;
+        result += part;
+    }
+    return result;
+}
+
+std::vector<std::string> split(std::string_view text, char separator) {
+    std::vector<std::string> pieces;
+    for (std::size_t start = 0;;) {
+        const std::size_t end = text.find(separator, start);
+        pieces.emplace_back(text.substr(start, end - start));
+        if (end == std::string_view::npos) return pieces;
+        start = end + 1;
+    }
+}
+
+CaseInsensitiveCollator::CaseInsensitiveCollator(const std::string& localeIdentifier) : collator_(nullptr) {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Collator* made = icu::Collator::createInstance(icu::Locale::createFromName(localeIdentifier.c_str()), status);
+    if (U_FAILURE(status)) {
+        delete made;
+        status = U_ZERO_ERROR;
+        made = icu::Collator::createInstance(icu::Locale::getRoot(), status);
+    }
+    if (made != nullptr) made->setStrength(icu::Collator::SECONDARY);
+    collator_ = made;
+}
+
+CaseInsensitiveCollator::~CaseInsensitiveCollator() { delete collator(collator_); }
+
+int CaseInsensitiveCollator::compare(std::string_view a, std::string_view b) const {
+    if (collator_ == nullptr) return lowercased(a).compare(lowercased(b));
+    UErrorCode status = U_ZERO_ERROR;
+    return collator(collator_)->compareUTF8(piece(a), piece(b), status);
+}
+
+} // namespace vesk

@@ -1,0 +1,82 @@
+#include "VeskSupport/Records.hpp"
+
+#include <array>
+#include <gtest/gtest.h>
+
+namespace vesk {
+
+enum class Paper { letter, a4 };
+template <>
+inline constexpr auto rawValueTable<Paper> =
+    std::array{std::pair{Paper::letter, std::string_view{"letter"}}, std::pair{Paper::a4, std::string_view{"a4"}}};
+
+struct Inner {
+    std::int32_t count = 0;
+    bool operator==(const Inner&) const = default;
+};
+template <> inline constexpr auto recordTable<Inner> = recordFields(required("count", &Inner::count));
+
+struct Sample {
+    std::string name;
+    std::optional<std::string> nickname;
+    Paper paper = Paper::letter;
+    double scale = 0;
+    std::vector<Inner> inner;
+    bool operator==(const Sample&) const = default;
+};
+template <>
+inline constexpr auto recordTable<Sample> =
+    recordFields(required("name", &Sample::name), optional("nickname", &Sample::nickname),
+                 defaulted("paper", &Sample::paper), defaulted("scale", &Sample::scale),
+                 required("inner", &Sample::inner));
+
+namespace {
+
+Sample decode(std::string_view text) { return fromJson<Sample>(parseJson(text)); }
+
+std::string failure(std::string_view text) {
+    try {
+        decode(text);
+    } catch (const DecodingError& error) {
+        return std::to_string(error.code()) + " " + error.description();
+    }
+    return "no failure";
+}
+
+TEST(Records, RoundTrip) {
+    const Sample sample{.name = "n", .nickname = "m", .paper = Paper::a4, .scale = 1.5, .inner = {{1}, {2}}};
+    EXPECT_EQ(decode(writeJson(toJson(sample))), sample);
+}
+
+TEST(Records, LeaveAbsentOptionalsOut) {
+    EXPECT_EQ(writeJson(toJson(Sample{.name = "n", .nickname = {}, .inner = {}})),
+              "{\n  \"inner\" : [\n\n  ],\n  \"name\" : \"n\",\n  \"paper\" : \"letter\",\n  \"scale\" : 0\n}");
+}
+
+TEST(Records, FollowTheRuleOfEachField) {
+    EXPECT_EQ(decode(R"({"name":"n","inner":[],"more":1})"), (Sample{.name = "n", .nickname = {}, .inner = {}}));
+    EXPECT_EQ(decode(R"({"name":"n","inner":[],"nickname":null,"paper":null})"),
+              (Sample{.name = "n", .nickname = {}, .inner = {}}));
+    EXPECT_EQ(decode(R"({"name":"n","inner":[{"count":3.0}],"scale":2})").inner.at(0).count, 3);
+}
+
+TEST(Records, NameThePathOfABadField) {
+    const std::string_view begin = R"({"name":"n","inner":)";
+    EXPECT_EQ(failure("[]"), "4864 The data cannot be read: the document is not an object.");
+    EXPECT_EQ(failure(R"({"inner":[]})"), "4865 The data cannot be read: name is missing.");
+    EXPECT_EQ(failure(R"({"name":null,"inner":[]})"), "4865 The data cannot be read: name is missing.");
+    EXPECT_EQ(failure(R"({"name":1,"inner":[]})"), "4864 The data cannot be read: name is not a string.");
+    EXPECT_EQ(failure(std::string(begin) + R"([{"count":1},{"count":"2"}]})"),
+              "4864 The data cannot be read: inner[1].count is not a whole number.");
+    EXPECT_EQ(failure(std::string(begin) + R"([{"count":1.5}]})"),
+              "4864 The data cannot be read: inner[0].count is not a whole number.");
+    EXPECT_EQ(failure(std::string(begin) + R"([{"count":4294967296}]})"),
+              "4864 The data cannot be read: inner[0].count is not a whole number within its range.");
+    EXPECT_EQ(failure(R"({"name":"n","inner":[],"paper":"legal"})"),
+              "4864 The data cannot be read: paper is not one of its known words.");
+    EXPECT_EQ(failure(R"({"name":"n","inner":[],"nickname":true})"),
+              "4864 The data cannot be read: nickname is not a string.");
+}
+
+} // namespace
+} // namespace vesk

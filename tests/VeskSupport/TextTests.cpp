@@ -1,0 +1,54 @@
+#include "VeskSupport/Text.hpp"
+
+#include <gtest/gtest.h>
+
+namespace vesk {
+namespace {
+
+TEST(Trimming, TakesUnicodeWhiteSpaceOffBothEnds) {
+    EXPECT_EQ(trimmed(" \t\n\v\f\r a b \u0085\u00a0\u1680\u2003\u2028\u2029\u202f\u205f\u3000"), "a b");
+    EXPECT_EQ(trimmed("\u200b a"), "\u200b a"); // zero-width space is no white space
+    EXPECT_EQ(trimmed("\x1c"), "\x1c");
+    EXPECT_EQ(trimmed(" \xff "), "\xff");
+    EXPECT_TRUE(isBlank(""));
+    EXPECT_TRUE(isBlank("\u3000\r\n"));
+    EXPECT_FALSE(isBlank(" . "));
+}
+
+TEST(Lowercasing, FollowsNoLocale) {
+    EXPECT_EQ(lowercased("HoliDAY I"), "holiday i");
+    EXPECT_EQ(lowercased("\u00c4\u0130\u03a3"), "\u00e4i\u0307\u03c2");
+}
+
+TEST(Repairing, ReplacesEachMaximalSubpart) {
+    EXPECT_EQ(repairedUtf8("plain"), "plain");
+    EXPECT_EQ(repairedUtf8("a\xffz"), "a\uFFFDz");
+    EXPECT_EQ(repairedUtf8("\xe2\x82"), "\uFFFD");
+    EXPECT_EQ(repairedUtf8("\xed\xa0\x80"), "\uFFFD\uFFFD\uFFFD");
+}
+
+TEST(AlphanumericRuns, KeepLettersMarksAndNumbers) {
+    EXPECT_EQ(alphanumericRuns("team  sync - q3!"), (std::vector<std::string>{"team", "sync", "q3"}));
+    EXPECT_EQ(alphanumericRuns("\u00e9t\u00e9_e\u0301 \u0663"),
+              (std::vector<std::string>{"\u00e9t\u00e9", "e\u0301", "\u0663"}));
+    EXPECT_TRUE(alphanumericRuns("?!").empty());
+}
+
+TEST(Splitting, CountsEmptyPieces) {
+    EXPECT_EQ(split("a,,b,", ','), (std::vector<std::string>{"a", "", "b", ""}));
+    EXPECT_EQ(joined({"a", "b"}, ", "), "a, b");
+    EXPECT_EQ(joined({}, ", "), "");
+}
+
+TEST(Collation, IgnoresCaseAndFollowsTheLocale) {
+    const CaseInsensitiveCollator english("en_US"), swedish("sv_SE"), unknown("xx_YY@nonsense");
+    EXPECT_EQ(english.compare("WORK", "work"), 0);
+    EXPECT_LT(english.compare("alpha", "Beta"), 0);
+    EXPECT_NE(english.compare("resume", "r\u00e9sum\u00e9"), 0);
+    EXPECT_LT(english.compare("\u00e4", "z"), 0);
+    EXPECT_GT(swedish.compare("\u00e4", "z"), 0);
+    EXPECT_LT(unknown.compare("a", "B"), 0);
+}
+
+} // namespace
+} // namespace vesk

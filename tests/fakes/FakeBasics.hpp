@@ -1,0 +1,68 @@
+#pragma once
+
+#include "VeskPlatform/Clock.hpp"
+#include "VeskPlatform/Environment.hpp"
+#include "VeskPlatform/LocaleSettings.hpp"
+#include "VeskPlatform/SerialQueue.hpp"
+#include "VeskPlatform/SettingsOpener.hpp"
+
+#include <deque>
+#include <map>
+#include <vector>
+
+namespace vesk::test {
+
+/// Stands still until a test moves it. Starts at 2026-04-26T08:30:00Z.
+class FakeClock : public Clock {
+public:
+    Instant time{std::chrono::sys_days{std::chrono::year{2026} / 4 / 26} + std::chrono::hours(8)
+                 + std::chrono::minutes(30)};
+    Instant now() override { return time; }
+};
+
+class FakeEnvironment : public Environment {
+public:
+    std::map<std::string, std::string> variables;
+    std::string home = "/home/dana";
+
+    std::optional<std::string> value(const std::string& name) override {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::nullopt : std::optional(found->second);
+    }
+    std::string homeDirectory() override { return home; }
+};
+
+class FakeLocaleSettings : public LocaleSettings {
+public:
+    std::string zone = "Europe/Berlin";
+    std::string identifier = "en_US";
+    std::string timeZone() override { return zone; }
+    std::string locale() override { return identifier; }
+};
+
+/// Holds blocks until `drain`, so that tests see what happens before and after the queue runs.
+class FakeSerialQueue : public SerialQueue {
+public:
+    std::deque<std::function<void()>> blocks;
+    void async(std::function<void()> block) override { blocks.push_back(std::move(block)); }
+    void drain() override {
+        while (!blocks.empty()) {
+            const auto block = std::move(blocks.front());
+            blocks.pop_front();
+            block();
+        }
+    }
+};
+
+class FakeSettingsOpener : public SettingsOpener {
+public:
+    bool launches = true;
+    std::vector<std::string> launched, opened;
+    bool launchOpener(const std::string& url) override {
+        launched.push_back(url);
+        return launches;
+    }
+    void openUrl(const std::string& url) override { opened.push_back(url); }
+};
+
+} // namespace vesk::test

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "VeskPlatform/Platform.hpp"
+#include "tests/fakes/FakeBasics.hpp"
+#include "tests/fakes/FakeConsent.hpp"
+#include "tests/fakes/FakeEventStore.hpp"
+#include "tests/fakes/FakeFiles.hpp"
+
+namespace vesk::test {
+
+/// A whole small world: each port is a fake with state, made to be set up and looked at by tests.
+class FakePlatform : public Platform {
+public:
+    Bundle bundle{.path = "/Applications/Vesk.app",
+                  .executablePath = "/Applications/Vesk.app/Contents/Helpers/VeskCapabilityBroker",
+                  .resourcesPath = "/Applications/Vesk.app/Contents/Resources",
+                  .information = {}};
+    FakeClock fakeClock;
+    FakeConsent fakeConsent;
+    FakeEnvironment fakeEnvironment;
+    FakeEventStore fakeEventStore;
+    FakeFileReader fakeFileReader;
+    FakeLocaleSettings fakeLocaleSettings;
+    FakeSerialQueue fakeLogQueue;
+    FakePrivateFiles fakePrivateFiles;
+    FakeSettingsOpener fakeSettingsOpener;
+
+    const Bundle& mainBundle() override { return bundle; }
+    Clock& clock() override { return fakeClock; }
+    Consent& consent() override { return fakeConsent; }
+    Environment& environment() override { return fakeEnvironment; }
+    EventStore& eventStore() override { return fakeEventStore; }
+    FileReader& fileReader() override { return fakeFileReader; }
+    LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
+    SerialQueue& logQueue() override { return fakeLogQueue; }
+    PrivateFiles& privateFiles() override { return fakePrivateFiles; }
+    SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
+};
+
+} // namespace vesk::test
