@@ -24,12 +24,14 @@ class FakeEnvironment : public Environment {
 public:
     std::map<std::string, std::string> variables;
     std::string home = "/home/dana";
+    std::optional<std::string> startedAs = "VeskCapabilityBroker";
 
     std::optional<std::string> value(const std::string& name) override {
         const auto found = variables.find(name);
         return found == variables.end() ? std::nullopt : std::optional(found->second);
     }
     std::string homeDirectory() override { return home; }
+    std::optional<std::string> argumentZero() override { return startedAs; }
 };
 
 class FakeLocaleSettings : public LocaleSettings {

@@ -1,0 +1,40 @@
+#include "VeskSupport/RegularExpression.hpp"
+
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <cstdint>
+#include <limits>
+#include <unicode/regex.h>
+
+namespace vesk {
+namespace {
+
+void require(UErrorCode status, const std::string& pattern) {
+    if (U_FAILURE(status))
+        throw ErrorRecord("VeskRegularExpression", status,
+                          "The expression \"" + pattern + "\" failed: " + u_errorName(status) + ".");
+}
+
+icu::UnicodeString toUnicode(std::string_view text) {
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
+        throw ErrorRecord("VeskRegularExpression", U_INDEX_OUTOFBOUNDS_ERROR, "The text is too long to be searched.");
+    return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+} // namespace
+
+std::string replacingMatches(std::string_view text, const std::string& pattern, LetterCase letterCase,
+                             const std::string& replacement) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString input = toUnicode(text);
+    const std::uint32_t flags = letterCase == LetterCase::ignored ? std::uint32_t{UREGEX_CASE_INSENSITIVE} : 0U;
+    icu::RegexMatcher matcher(toUnicode(pattern), input, flags, status);
+    require(status, pattern);
+    const icu::UnicodeString replaced = matcher.replaceAll(toUnicode(replacement), status);
+    require(status, pattern);
+    std::string result;
+    replaced.toUTF8String(result);
+    return result;
+}
+
+} // namespace vesk

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vesk {
+
+enum class LetterCase { matters, ignored };
+
+/// `text` with each match of `pattern` replaced by `replacement`, in the language of ICU's regular expressions (where
+/// `$` and `\` of a replacement have a meaning). Ill-formed UTF-8 becomes U+FFFD.
+/// Throws ErrorRecord for a pattern that is none, and for a text that takes more than ICU's own bounds of memory.
+std::string replacingMatches(std::string_view text, const std::string& pattern, LetterCase letterCase,
+                             const std::string& replacement);
+
+} // namespace vesk
