@@ -1,12 +1,16 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 
+#include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/SqliteConsent.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
 #include "VeskPlatform/Linux/ThreadSerialQueue.hpp"
+#include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskPlatform/Linux/UserPrompt.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <optional>
@@ -21,10 +25,6 @@ template <class T, class... Arguments> T& built(std::optional<T>& slot, Argument
     return *slot;
 }
 
-[[noreturn]] void failUnserved(const std::string& what) {
-    throw ErrorRecord("VeskLinuxPlatform", 501, "The " + what + " of this platform cannot be reached.");
-}
-
 } // namespace
 
 /// In the order of their needs: what stands below may use what stands above. The log's queue comes last, so that its
@@ -36,6 +36,9 @@ struct LinuxPlatform::Adapters {
     std::optional<SystemLocaleSettings> localeSettings;
     std::optional<PosixFileReader> fileReader;
     std::optional<PosixPrivateFiles> privateFiles;
+    std::optional<CompanionSettingsOpener> settingsOpener;
+    std::optional<UserPrompt> prompt;
+    std::optional<SqliteConsent> consent;
     std::optional<ThreadSerialQueue> logQueue;
 };
 
@@ -57,8 +60,19 @@ LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->locale
 SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
 
-Consent& LinuxPlatform::consent() { failUnserved("consent"); }
-EventStore& LinuxPlatform::eventStore() { failUnserved("calendar store"); }
-SettingsOpener& LinuxPlatform::settingsOpener() { failUnserved("settings"); }
+SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
+
+Consent& LinuxPlatform::consent() {
+    if (!adapters_->consent) {
+        UserPrompt& prompt = built(adapters_->prompt, DesktopDialog(environment()));
+        adapters_->consent.emplace(ConsentDatabase(stateFolder(environment())), prompt, clock(),
+                                   wiring_.describeCapability);
+    }
+    return *adapters_->consent;
+}
+
+EventStore& LinuxPlatform::eventStore() {
+    throw ErrorRecord("VeskLinuxPlatform", 501, "The calendar store of this platform cannot be reached.");
+}
 
 } // namespace vesk

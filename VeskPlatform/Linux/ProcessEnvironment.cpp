@@ -1,5 +1,8 @@
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 
+#include "VeskPlatform/Linux/PosixFileReader.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
 #include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
@@ -29,6 +32,17 @@ std::string ProcessEnvironment::homeDirectory() {
     if (home.empty() || home.front() != '/') home = homeFromUserDatabase();
     while (home.size() > 1 && home.back() == '/') home.pop_back();
     return home;
+}
+
+std::optional<std::string> ProcessEnvironment::argumentZero() {
+    constexpr std::uint64_t longestCommandLine = 8 << 20;
+    try {
+        const std::string arguments = PosixFileReader().contents("/proc/self/cmdline", longestCommandLine);
+        const auto end = arguments.find('\0');
+        return end == std::string::npos ? std::nullopt : std::optional(arguments.substr(0, end));
+    } catch (const PosixError&) {
+        return std::nullopt; // no /proc: nothing tells
+    }
 }
 
 } // namespace vesk

@@ -10,6 +10,7 @@ class ProcessEnvironment : public Environment {
 public:
     std::optional<std::string> value(const std::string& name) override;
     std::string homeDirectory() override;
+    std::optional<std::string> argumentZero() override;
 };
 
 } // namespace vesk
