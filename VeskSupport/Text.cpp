@@ -60,6 +60,21 @@ std::string_view trimmed(std::string_view text) {
 
 bool isBlank(std::string_view text) { return trimmed(text).empty(); }
 
+std::optional<std::string> trimmedOrAbsent(const std::optional<std::string>& text) {
+    const std::string_view kept = text ? trimmed(*text) : std::string_view{};
+    return kept.empty() ? std::nullopt : std::optional<std::string>(kept);
+}
+
+bool matchesDigitPattern(std::string_view text, std::string_view pattern) {
+    std::size_t position = 0;
+    for (const char expected : pattern) {
+        if (position == text.size()) return false;
+        const UChar32 c = nextCodePoint(text, position);
+        if (expected == '0' ? c < 0 || u_charType(c) != U_DECIMAL_DIGIT_NUMBER : c != expected) return false;
+    }
+    return position == text.size();
+}
+
 std::string lowercased(std::string_view text) {
     if (isAscii(text)) {
         std::string result(text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,12 @@ std::string_view trimmed(std::string_view text);
 
 /// Whether trimming leaves nothing.
 bool isBlank(std::string_view text);
+
+/// `text` trimmed, none where that leaves nothing.
+std::optional<std::string> trimmedOrAbsent(const std::optional<std::string>& text);
+
+/// Whether `text` is `pattern` with a decimal digit of any script (category Nd) in the place of each '0'.
+bool matchesDigitPattern(std::string_view text, std::string_view pattern);
 
 /// Lower case of every locale (Unicode's own mapping, not Turkish or Lithuanian).
 std::string lowercased(std::string_view text);

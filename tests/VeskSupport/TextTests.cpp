@@ -15,6 +15,23 @@ TEST(Trimming, TakesUnicodeWhiteSpaceOffBothEnds) {
     EXPECT_FALSE(isBlank(" . "));
 }
 
+TEST(Trimming, CountsAnEmptyRestAsAbsent) {
+    EXPECT_EQ(trimmedOrAbsent(std::nullopt), std::nullopt);
+    EXPECT_EQ(trimmedOrAbsent(""), std::nullopt);
+    EXPECT_EQ(trimmedOrAbsent(" \u2003\n"), std::nullopt);
+    EXPECT_EQ(trimmedOrAbsent(" a b\t"), "a b");
+}
+
+TEST(DigitPatterns, TakeDigitsOfAnyScriptAndTheWholeText) {
+    EXPECT_TRUE(matchesDigitPattern("2026-04", "0000-00"));
+    EXPECT_TRUE(matchesDigitPattern("\u0662\u0660\u0662\u0666-\uff10\uff14", "0000-00"));
+    EXPECT_FALSE(matchesDigitPattern("2026-0", "0000-00"));
+    EXPECT_FALSE(matchesDigitPattern("2026-041", "0000-00"));
+    EXPECT_FALSE(matchesDigitPattern("2026/04", "0000-00"));
+    EXPECT_FALSE(matchesDigitPattern("202\u00bd-04", "0000-00")); // a number, but no digit
+    EXPECT_FALSE(matchesDigitPattern("202\xff-04", "0000-00"));
+}
+
 TEST(Lowercasing, FollowsNoLocale) {
     EXPECT_EQ(lowercased("HoliDAY I"), "holiday i");
     EXPECT_EQ(lowercased("\u00c4\u0130\u03a3"), "\u00e4i\u0307\u03c2");
