@@ -2,6 +2,8 @@
 
 #include "VeskPlatform/Environment.hpp"
 
+#include <filesystem>
+
 namespace vesk {
 
 namespace {
@@ -28,12 +30,32 @@ std::string calendarsFolder(Environment& environment) {
     return folder(environment, {"VESK_CALENDARS_DIR", "XDG_DATA_HOME", "/.local/share", "/vesk/calendars"});
 }
 
+std::string remindersFolder(Environment& environment) {
+    return folder(environment, {"VESK_REMINDERS_DIR", "XDG_DATA_HOME", "/.local/share", "/vesk/reminders"});
+}
+
+std::string contactsFolder(Environment& environment) {
+    return folder(environment, {"VESK_CONTACTS_DIR", "XDG_DATA_HOME", "/.local/share", "/vesk/contacts"});
+}
+
 std::string stateFolder(Environment& environment) {
     return folder(environment, {"VESK_STATE_DIR", "XDG_STATE_HOME", "/.local/state", "/vesk"});
 }
 
 std::string cacheFolder(Environment& environment) {
     return folder(environment, {"VESK_CACHE_DIR", "XDG_CACHE_HOME", "/.cache", "/vesk"});
+}
+
+std::string mailFolder(Environment& environment) {
+    const auto own = environment.value("VESK_MAIL_DIR");
+    if (own && !own->empty()) return *own;
+    const std::string home = environment.homeDirectory();
+    if (home.empty()) return {};
+    for (const char* name : {"/Maildir", "/Mail", "/.mail"}) {
+        std::error_code error;
+        if (std::filesystem::is_directory(home + name, error)) return home + name;
+    }
+    return {};
 }
 
 } // namespace vesk

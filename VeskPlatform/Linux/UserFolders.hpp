@@ -10,7 +10,13 @@ class Environment;
 /// Base Directory Specification 0.8: a relative path in an XDG variable is ignored). Empty where the variable is not
 /// set and the user has no home. Nothing is created.
 std::string calendarsFolder(Environment& environment);
+std::string remindersFolder(Environment& environment);
+std::string contactsFolder(Environment& environment);
 std::string stateFolder(Environment& environment);
 std::string cacheFolder(Environment& environment);
+
+/// The root of the mail accounts: the folder that VESK_MAIL_DIR names, else the first of `~/Maildir`, `~/Mail` and
+/// `~/.mail` that exists; empty where there is none.
+std::string mailFolder(Environment& environment);
 
 } // namespace vesk
