@@ -1,8 +1,10 @@
 #include "VeskSupport/LocalCalendar.hpp"
 
 #include "VeskSupport/Iso8601.hpp"
+#include "VeskSupport/PosixZone.hpp"
 
 #include <unicode/basictz.h>
+#include <unicode/rbtz.h>
 #include <unicode/timezone.h>
 #include <unicode/vtzone.h>
 
@@ -27,11 +29,50 @@ std::unique_ptr<icu::BasicTimeZone> basic(icu::TimeZone* zone) {
     return std::unique_ptr<icu::BasicTimeZone>(result);
 }
 
+std::int32_t toMilliseconds(seconds time) { return static_cast<std::int32_t>(milliseconds(time).count()); }
+
+std::unique_ptr<icu::DateTimeRule> dateRule(const PosixZoneChange& change) {
+    const std::int32_t time = toMilliseconds(change.time);
+    constexpr auto wall = icu::DateTimeRule::WALL_TIME;
+    // ICU counts on from a day beyond the end of its month, which makes days of the year out of days of January.
+    if (change.form == PosixZoneChange::Form::dayOfYear)
+        return std::make_unique<icu::DateTimeRule>(UCAL_JANUARY, change.day + 1, time, wall);
+    if (change.form == PosixZoneChange::Form::dayOfCommonYear) {
+        const year_month_day day{sys_days{year{1970} / 1 / 1} + days(change.day - 1)};
+        return std::make_unique<icu::DateTimeRule>(static_cast<std::int32_t>(unsigned{day.month()}) - 1,
+                                                   static_cast<std::int32_t>(unsigned{day.day()}), time, wall);
+    }
+    const int week = change.week == 5 ? -1 : change.week;
+    return std::make_unique<icu::DateTimeRule>(change.month - 1, week, change.weekday + 1, time, wall);
+}
+
+std::unique_ptr<icu::BasicTimeZone> zoneOfRules(const icu::UnicodeString& name, const PosixZone& zone) {
+    const std::int32_t standard = toMilliseconds(zone.offset);
+    auto result = std::make_unique<icu::RuleBasedTimeZone>(name, new icu::InitialTimeZoneRule(name, standard, 0));
+    if (!zone.saving) return result;
+    const auto addRule = [&](std::int32_t saving, const PosixZoneChange& change) {
+        UErrorCode status = U_ZERO_ERROR;
+        result->addTransitionRule(new icu::AnnualTimeZoneRule(name, standard, saving, dateRule(change).release(), 1,
+                                                              icu::AnnualTimeZoneRule::MAX_YEAR),
+                                  status);
+    };
+    addRule(toMilliseconds(zone.saving->offset - zone.offset), zone.saving->start);
+    addRule(0, zone.saving->end);
+    UErrorCode status = U_ZERO_ERROR;
+    result->complete(status);
+    return U_SUCCESS(status) ? std::move(result) : nullptr;
+}
+
 std::unique_ptr<icu::BasicTimeZone> zoneNamed(const std::string& identifier) {
     auto zone = basic(icu::TimeZone::createTimeZone(toUnicode(identifier)));
     icu::UnicodeString name;
-    if (zone == nullptr || zone->getID(name) == icu::UnicodeString(UCAL_UNKNOWN_ZONE_ID))
-        zone = basic(icu::TimeZone::createTimeZone(icu::UnicodeString("UTC")));
+    const auto unknown = [&] {
+        return zone == nullptr || zone->getID(name) == icu::UnicodeString(UCAL_UNKNOWN_ZONE_ID);
+    };
+    if (!unknown()) return zone;
+    const auto rules = parsePosixZone(identifier);
+    zone = rules ? zoneOfRules(toUnicode(identifier), *rules) : nullptr;
+    if (unknown()) zone = basic(icu::TimeZone::createTimeZone(icu::UnicodeString("UTC")));
     return zone;
 }
 

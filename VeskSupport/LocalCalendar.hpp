@@ -21,7 +21,8 @@ struct WallTimeMeaning {
 /// The Gregorian calendar (proleptic) in one time zone, with ICU's rules of the zone.
 class LocalCalendar {
 public:
-    /// `zoneIdentifier` is an Olson name or a custom one such as "GMT+02:00"; an unknown one counts as UTC.
+    /// `zoneIdentifier` is an Olson name, a custom one such as "GMT+02:00", or a POSIX rule such as
+    /// "CET-1CEST,M3.5.0,M10.5.0/3"; an unknown one counts as UTC.
     explicit LocalCalendar(const std::string& zoneIdentifier);
     /// The zone that a VTIMEZONE component describes (RFC 5545, section 3.6.5); none where ICU cannot read it.
     static std::optional<LocalCalendar> fromVTimeZone(const std::string& component);

@@ -1,0 +1,134 @@
+#include "VeskCapabilityBroker/Dispatch.hpp"
+
+#include "VeskCapabilityBroker/CapabilityRequests.hpp"
+#include "VeskCapabilityBroker/RequestFiles.hpp"
+#include "VeskShellCore/CalendarOperations.hpp"
+#include "VeskShellCore/CapabilityStatuses.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace vesk {
+namespace {
+
+constexpr int absentOperation = 70;
+
+ErrorRecord notPartOfThisBuild(std::string_view word) {
+    return {"VeskCapabilityBroker", absentOperation,
+            "The command \"" + std::string(word) + "\" is not part of this build."};
+}
+
+/// One overload per command: its row of the table. Outlives the tasks that it returns.
+class Rows {
+public:
+    explicit Rows(Platform& platform, std::string_view word)
+        : platform_(platform), bundle_(platform.mainBundle()), word_(word) {}
+
+    // ---- Capabilities
+
+    Task<AnyEncodable> operator()(command::Status) { co_return co_await capabilityReport(platform_); }
+
+    Task<AnyEncodable> operator()(command::Request command) {
+        CapabilityRequestResponse response{.requested = command.kind, .report = {}};
+        response.report = co_await requestCapability(platform_, command.kind);
+        co_return response;
+    }
+
+    Task<AnyEncodable> operator()(command::OpenSettings command) {
+        openSystemSettings(platform_, command.kind);
+        CapabilityRequestResponse response{.requested = command.kind, .report = {}};
+        response.report = co_await capabilityReport(platform_);
+        co_return response;
+    }
+
+    // ---- Calendar
+
+    Task<AnyEncodable> operator()(command::CalendarList) {
+        co_return co_await VeskCalendarOperations::listCalendars(platform_, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarToday) {
+        co_return co_await VeskCalendarOperations::listToday(platform_, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarDate c) {
+        co_return co_await VeskCalendarOperations::listForDate(platform_, std::move(c.date), bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarNamed c) {
+        co_return co_await VeskCalendarOperations::listCalendarToday(platform_, std::move(c.name), bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarNext) {
+        co_return co_await VeskCalendarOperations::nextEvent(platform_, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarSnapshot c) {
+        co_return co_await VeskCalendarOperations::snapshotEvents(platform_, std::move(c.startAt), std::move(c.endAt),
+                                                                  std::move(c.excludeCalendarIdentifiers),
+                                                                  std::move(c.excludeCalendarNames), bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarCreate c) {
+        co_return co_await VeskCalendarOperations::createEvent(platform_, std::move(c.calendarName), std::move(c.title),
+                                                               std::move(c.startAt), std::move(c.endAt), c.allDay,
+                                                               std::move(c.location), std::move(c.notes), bundle_);
+    }
+    Task<AnyEncodable> operator()(command::CalendarRespondInvite c) {
+        co_return co_await VeskCalendarOperations::respondToInvite(
+            platform_, std::move(c.response), std::move(c.eventIdentifier), std::move(c.sourceKey), std::move(c.title),
+            std::move(c.startAt), std::move(c.proposedStartAt), std::move(c.proposedEndAt), bundle_);
+    }
+
+    // ---- Commands whose operations this build does not hold; what comes before the operation still happens
+
+    Task<AnyEncodable> operator()(command::ContactsSave c) {
+        readContactSaveRequest(platform_.fileReader(), c.requestPath);
+        return absent();
+    }
+    Task<AnyEncodable> operator()(command::MediaCompose c) {
+        readMediaComposeRequest(platform_.fileReader(), c.requestPath);
+        return absent();
+    }
+    Task<AnyEncodable> operator()(command::PdfRenderHTML c) {
+        readPDFRenderRequest(platform_.fileReader(), c.requestPath);
+        return absent();
+    }
+    Task<AnyEncodable> operator()(command::MessagesList) { return absentBehindGate(CapabilityKind::messages); }
+    Task<AnyEncodable> operator()(command::MessagesSend) { return absentBehindGate(CapabilityKind::messages); }
+    Task<AnyEncodable> operator()(command::MailList) { return absentBehindGate(CapabilityKind::mail); }
+    Task<AnyEncodable> operator()(command::MailCheckFollowup) { return absentBehindGate(CapabilityKind::mail); }
+
+    Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }
+    Task<AnyEncodable> operator()(command::FocusedElement) { return absent(); }
+    Task<AnyEncodable> operator()(command::ActivateApp) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoList) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoStats) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoAdd) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoComplete) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoReopen) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoDelete) { return absent(); }
+    Task<AnyEncodable> operator()(command::TodoUpdate) { return absent(); }
+    Task<AnyEncodable> operator()(command::ContactsSearch) { return absent(); }
+    Task<AnyEncodable> operator()(command::Screenshot) { return absent(); }
+    Task<AnyEncodable> operator()(command::Click) { return absent(); }
+    Task<AnyEncodable> operator()(command::Type) { return absent(); }
+    Task<AnyEncodable> operator()(command::Key) { return absent(); }
+
+private:
+    [[noreturn]] Task<AnyEncodable> absent() { throw notPartOfThisBuild(word_); }
+
+    Task<AnyEncodable> absentBehindGate(CapabilityKind kind) {
+        co_await ensureCapabilityGranted(platform_, kind);
+        throw notPartOfThisBuild(word_);
+    }
+
+    Platform& platform_;
+    const Bundle& bundle_;
+    std::string_view word_;
+};
+
+} // namespace
+
+Task<AnyEncodable> dispatch(Platform& platform, BrokerCommand command) {
+    Rows rows(platform, commandWord(command));
+    co_return co_await std::visit([&](auto& payload) { return rows(std::move(payload)); }, command);
+}
+
+} // namespace vesk

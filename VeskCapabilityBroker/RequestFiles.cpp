@@ -1,0 +1,40 @@
+#include "VeskCapabilityBroker/RequestFiles.hpp"
+
+#include "VeskCapabilityBroker/CommandLineParser.hpp"
+#include "VeskSupport/Text.hpp"
+
+namespace vesk {
+namespace {
+
+template <Record R> R readRequest(FileReader& files, const std::string& path) {
+    const JsonLimits limits;
+    return fromJson<R>(parseJson(files.contents(path, limits.bytes), limits));
+}
+
+void require(bool condition, const char* message) {
+    if (!condition) throw UsageError(message);
+}
+
+} // namespace
+
+CapabilityContactSaveRequest readContactSaveRequest(FileReader& files, const std::string& path) {
+    auto request = readRequest<CapabilityContactSaveRequest>(files, path);
+    require(!isBlank(request.name), "Contact save request is missing a name.");
+    return request;
+}
+
+CapabilityMediaComposeRequest readMediaComposeRequest(FileReader& files, const std::string& path) {
+    auto request = readRequest<CapabilityMediaComposeRequest>(files, path);
+    require(!request.inputs.empty(), "Media compose request is missing inputs.");
+    require(!isBlank(request.outputPath), "Media compose request is missing an output path.");
+    return request;
+}
+
+PDFRenderRequest readPDFRenderRequest(FileReader& files, const std::string& path) {
+    auto request = readRequest<PDFRenderRequest>(files, path);
+    require(!isBlank(request.html), "PDF render request is missing HTML content.");
+    require(!isBlank(request.outputPath), "PDF render request is missing an output path.");
+    return request;
+}
+
+} // namespace vesk

@@ -1,0 +1,129 @@
+#include "VeskPlatform/Linux/ChildProcess.hpp"
+
+#include "VeskPlatform/Linux/FileDescriptor.hpp"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <linux/close_range.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vesk {
+
+namespace {
+
+constexpr std::size_t largestOutput = 1 << 20;
+
+struct Pipe {
+    FileDescriptor reading, writing;
+};
+
+std::optional<Pipe> makePipe() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
+    return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
+    std::vector<char*> pointers;
+    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0)
+        if (errno != EINTR) return -1; // reaped elsewhere
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+/// Reads one block; closes the end where there is nothing more.
+void readSome(FileDescriptor& from, std::string& into) {
+    std::array<char, 4096> block{};
+    const ssize_t count = ::read(from.get(), block.data(), block.size());
+    if (count > 0 && into.size() < largestOutput)
+        into.append(block.data(), static_cast<std::size_t>(count));
+    else if (count == 0 || (count < 0 && errno != EINTR))
+        from.reset();
+}
+
+void readBoth(FileDescriptor& output, FileDescriptor& errors, ProgramResult& result) {
+    while (output || errors) {
+        std::array<pollfd, 2> ends{{{output.get(), POLLIN, 0}, {errors.get(), POLLIN, 0}}};
+        if (::poll(ends.data(), ends.size(), -1) < 0) continue; // interrupted
+        if (ends[0].revents != 0) readSome(output, result.output);
+        if (ends[1].revents != 0) readSome(errors, result.errors);
+    }
+}
+
+pid_t spawn(const std::vector<std::string>& arguments, const Pipe& output, const Pipe& errors) {
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_adddup2(&actions, output.writing.get(), STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, errors.writing.get(), STDERR_FILENO);
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    pid_t child = -1;
+    const int failure =
+        ::posix_spawn(&child, arguments[0].c_str(), &actions, nullptr, argumentPointers(arguments).data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return failure == 0 ? child : -1;
+}
+
+/// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` why it failed.
+[[noreturn]] void becomeProgram(char* const* arguments, int report) {
+    const int null = ::open("/dev/null", O_RDWR);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
+    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    ::execv(arguments[0], arguments);
+    const char failed = 1;
+    (void)!::write(report, &failed, 1);
+    ::_exit(127);
+}
+
+} // namespace
+
+std::optional<std::string> installedProgram(const std::string& name, const std::vector<std::string>& folders) {
+    for (const std::string& folder : folders)
+        if (std::string path = folder + "/" + name; ::access(path.c_str(), X_OK) == 0) return path;
+    return std::nullopt;
+}
+
+std::optional<ProgramResult> runProgram(const std::vector<std::string>& arguments) {
+    auto output = makePipe(), errors = makePipe();
+    if (!output || !errors) return std::nullopt;
+    const pid_t child = spawn(arguments, *output, *errors);
+    if (child < 0) return std::nullopt;
+    output->writing.reset();
+    errors->writing.reset();
+    ProgramResult result;
+    readBoth(output->reading, errors->reading, result);
+    result.status = waitFor(child);
+    return result;
+}
+
+bool startDetached(const std::vector<std::string>& arguments) {
+    auto report = makePipe();
+    if (!report) return false;
+    const auto pointers = argumentPointers(arguments);
+    const pid_t child = ::fork();
+    if (child < 0) return false;
+    if (child == 0) {
+        ::setsid();
+        const pid_t grandchild = ::fork();
+        if (grandchild == 0) becomeProgram(pointers.data(), report->writing.get());
+        ::_exit(grandchild < 0 ? 1 : 0);
+    }
+    report->writing.reset();
+    const bool forked = waitFor(child) == 0;
+    std::string failure; // one byte of a failed start, or the end that a successful one closes
+    readSome(report->reading, failure);
+    return forked && failure.empty();
+}
+
+} // namespace vesk

@@ -1,0 +1,187 @@
+#include "VeskPlatform/Linux/ConsentDatabase.hpp"
+
+#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Linux/SqliteConnection.hpp"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <utility>
+
+namespace vesk {
+
+namespace {
+
+constexpr const char* schema = "CREATE TABLE IF NOT EXISTS consent ("
+                               "capability TEXT PRIMARY KEY NOT NULL, "
+                               "state INTEGER NOT NULL CHECK (state BETWEEN 0 AND 3), "
+                               "decided_by TEXT NOT NULL, decided_at TEXT NOT NULL) WITHOUT ROWID";
+
+ConsentDatabaseError damaged(const std::string& path, const std::string& reason) {
+    return {SQLITE_CORRUPT, "The consent database " + path + " is damaged: " + reason + "."};
+}
+
+/// What SQLite's codes mean for people.
+ConsentDatabaseError databaseError(const SqliteFailure& failure, const std::string& path) {
+    const int code = failure.code & 0xff;
+    const std::string name = "The consent database " + path;
+    switch (code) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: return {code, name + " is locked by another program."};
+    case SQLITE_ERROR: // our own statements are right, so the tables are not
+    case SQLITE_CORRUPT:
+    case SQLITE_CONSTRAINT:
+    case SQLITE_NOTADB: return damaged(path, failure.text);
+    case SQLITE_READONLY: return {code, name + " cannot be written."};
+    case SQLITE_FULL: return {code, name + " cannot be written: the disk is full."};
+    default: return {code, name + " cannot be used: " + failure.text + "."};
+    }
+}
+
+ConsentDatabaseError fileError(int errnoValue, const std::string& path) {
+    return {SQLITE_CANTOPEN,
+            "The consent database cannot be used: " + PosixError(errnoValue, path).description() + "."};
+}
+
+template <class Body> auto translated(const std::string& path, Body body) {
+    try {
+        return body();
+    } catch (const SqliteFailure& failure) {
+        throw databaseError(failure, path);
+    }
+}
+
+/// Begins at once, so that two writers never wait for each other's half.
+template <class Body> auto inTransaction(SqliteConnection& connection, Body body) {
+    connection.run("BEGIN IMMEDIATE");
+    if constexpr (std::is_void_v<decltype(body())>) {
+        body();
+        connection.run("COMMIT"); // a failure before it rolls back when the connection closes
+    } else {
+        auto result = body();
+        connection.run("COMMIT");
+        return result;
+    }
+}
+
+std::map<std::string, ConsentDecision> readDecisions(SqliteConnection& connection, const std::string& path) {
+    std::map<std::string, ConsentDecision> result;
+    // An empty file is a database without tables: a writer was stopped before its first commit.
+    if (!SqliteQuery(connection, "SELECT 1 FROM sqlite_master WHERE name = 'consent'").next()) return result;
+    SqliteQuery query(connection, "SELECT capability, state, decided_by, decided_at FROM consent");
+    while (query.next()) {
+        const auto state = query.number(1);
+        if (!state || *state < 0 || *state > 3) throw damaged(path, "a state is out of range");
+        result[query.text(0)] = {static_cast<ConsentState>(*state), query.text(2), query.text(3)};
+    }
+    return result;
+}
+
+void writeDecision(SqliteConnection& connection, const std::string& id, const ConsentDecision& decision) {
+    SqliteQuery query(connection, "INSERT OR REPLACE INTO consent VALUES (?, ?, ?, ?)");
+    query.bind(0, id);
+    query.bind(1, static_cast<std::int64_t>(decision.state));
+    query.bind(2, decision.decidedBy);
+    query.bind(3, decision.decidedAt);
+    query.next();
+}
+
+} // namespace
+
+ConsentDatabaseError::ConsentDatabaseError(std::int64_t code, std::string description)
+    : ErrorRecord("VeskConsent", code, std::move(description)) {}
+
+ConsentDatabase::ConsentDatabase(std::string folder, std::chrono::milliseconds patience)
+    : folder_(std::move(folder)), path_(folder_ + "/consent.sqlite"), patience_(patience) {}
+
+std::map<std::string, ConsentDecision> ConsentDatabase::decisions() const {
+    if (!exists()) return {};
+    return translated(path_, [this] {
+        SqliteConnection connection(path_, patience_);
+        return readDecisions(connection, path_);
+    });
+}
+
+ConsentState ConsentDatabase::state(const std::string& id) const {
+    const auto all = decisions();
+    const auto found = all.find(id);
+    return found == all.end() ? ConsentState::notDetermined : found->second.state;
+}
+
+void ConsentDatabase::decide(const std::vector<std::string>& ids, const ConsentDecision& decision) {
+    prepareFile();
+    translated(path_, [&] {
+        SqliteConnection connection(path_, patience_);
+        inTransaction(connection, [&] {
+            connection.run(schema);
+            for (const std::string& id : ids) writeDecision(connection, id, decision);
+        });
+    });
+}
+
+ConsentState ConsentDatabase::decideFirst(const std::string& id, const ConsentDecision& decision) {
+    prepareFile();
+    return translated(path_, [&] {
+        SqliteConnection connection(path_, patience_);
+        return inTransaction(connection, [&] {
+            connection.run(schema);
+            const auto all = readDecisions(connection, path_);
+            const auto found = all.find(id);
+            if (found != all.end() && found->second.state != ConsentState::notDetermined) return found->second.state;
+            writeDecision(connection, id, decision);
+            return decision.state;
+        });
+    });
+}
+
+void ConsentDatabase::reset(const std::vector<std::string>& ids) {
+    if (!exists()) return;
+    prepareFile();
+    translated(path_, [&] {
+        SqliteConnection connection(path_, patience_);
+        inTransaction(connection, [&] {
+            connection.run(schema);
+            for (const std::string& id : ids) {
+                SqliteQuery query(connection, "DELETE FROM consent WHERE capability = ?");
+                query.bind(0, id);
+                query.next();
+            }
+        });
+    });
+}
+
+bool ConsentDatabase::exists() const {
+    // Without a folder there is no place for decisions, and so there are none.
+    if (folder_.empty()) return false;
+    struct stat status {};
+    if (::stat(path_.c_str(), &status) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) return false;
+        throw fileError(errno, path_);
+    }
+    if (!S_ISREG(status.st_mode)) throw fileError(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path_);
+    return true;
+}
+
+/// Makes folder and file where they are missing, and tightens the file. The file is created here and not by SQLite,
+/// which would give it the process's mask; an existing one is never opened here, since closing it would drop the locks
+/// that this process holds on it.
+void ConsentDatabase::prepareFile() const {
+    if (folder_.empty()) throw fileError(ENOENT, "the home directory");
+    try {
+        makeFolders(folder_, 0700);
+        if (!exists()) {
+            const FileDescriptor file(::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+            if (!file && errno != EEXIST) throw PosixError(errno, path_);
+        }
+        struct stat status {};
+        if (::stat(path_.c_str(), &status) == 0 && (status.st_mode & 07777) != 0600)
+            (void)::chmod(path_.c_str(), 0600); // another user's file: writing tells
+    } catch (const PosixError& error) {
+        throw ConsentDatabaseError(SQLITE_CANTOPEN,
+                                   "The consent database cannot be used: " + error.description() + ".");
+    }
+}
+
+} // namespace vesk

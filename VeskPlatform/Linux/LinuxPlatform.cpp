@@ -1,0 +1,78 @@
+#include "VeskPlatform/Linux/LinuxPlatform.hpp"
+
+#include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
+#include "VeskPlatform/Linux/MainBundle.hpp"
+#include "VeskPlatform/Linux/PosixFileReader.hpp"
+#include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/SqliteConsent.hpp"
+#include "VeskPlatform/Linux/SystemClock.hpp"
+#include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
+#include "VeskPlatform/Linux/ThreadSerialQueue.hpp"
+#include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskPlatform/Linux/UserPrompt.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <optional>
+
+namespace vesk {
+
+namespace {
+
+/// The object in `slot`, made from `arguments` the first time.
+template <class T, class... Arguments> T& built(std::optional<T>& slot, Arguments&&... arguments) {
+    if (!slot) slot.emplace(std::forward<Arguments>(arguments)...);
+    return *slot;
+}
+
+} // namespace
+
+/// In the order of their needs: what stands below may use what stands above. The log's queue comes last, so that its
+/// blocks have run before anything they use goes.
+struct LinuxPlatform::Adapters {
+    std::optional<Bundle> bundle;
+    std::optional<SystemClock> clock;
+    std::optional<ProcessEnvironment> environment;
+    std::optional<SystemLocaleSettings> localeSettings;
+    std::optional<PosixFileReader> fileReader;
+    std::optional<PosixPrivateFiles> privateFiles;
+    std::optional<CompanionSettingsOpener> settingsOpener;
+    std::optional<UserPrompt> prompt;
+    std::optional<SqliteConsent> consent;
+    std::optional<ThreadSerialQueue> logQueue;
+};
+
+LinuxPlatform::LinuxPlatform(LinuxWiring wiring)
+    : wiring_(std::move(wiring)), adapters_(std::make_unique<Adapters>()) {}
+LinuxPlatform::~LinuxPlatform() = default;
+
+void LinuxPlatform::setLog(std::function<void(const std::string& message)> log) { wiring_.log = std::move(log); }
+
+const Bundle& LinuxPlatform::mainBundle() {
+    if (!adapters_->bundle) adapters_->bundle = bundleOfExecutable(runningExecutable());
+    return *adapters_->bundle;
+}
+
+Clock& LinuxPlatform::clock() { return built(adapters_->clock); }
+Environment& LinuxPlatform::environment() { return built(adapters_->environment); }
+FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
+LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->localeSettings, environment()); }
+SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }
+PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
+
+SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
+
+Consent& LinuxPlatform::consent() {
+    if (!adapters_->consent) {
+        UserPrompt& prompt = built(adapters_->prompt, DesktopDialog(environment()));
+        adapters_->consent.emplace(ConsentDatabase(stateFolder(environment())), prompt, clock(),
+                                   wiring_.describeCapability);
+    }
+    return *adapters_->consent;
+}
+
+EventStore& LinuxPlatform::eventStore() {
+    throw ErrorRecord("VeskLinuxPlatform", 501, "The calendar store of this platform cannot be reached.");
+}
+
+} // namespace vesk

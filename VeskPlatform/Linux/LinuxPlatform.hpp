@@ -1,0 +1,47 @@
+#pragma once
+
+#include "VeskPlatform/Platform.hpp"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace vesk {
+
+/// What the adapters are told by the program that makes them.
+struct LinuxWiring {
+    /// Title and short summary of a capability, by its identifier; what a prompt shows.
+    std::function<std::pair<std::string, std::string>(const std::string& capabilityId)> describeCapability;
+    /// One line for the diagnostic log.
+    std::function<void(const std::string& message)> log;
+};
+
+/// The ports on Linux. Accessors build on first use; the platform outlives whatever it has handed out.
+class LinuxPlatform : public Platform {
+public:
+    explicit LinuxPlatform(LinuxWiring wiring);
+    ~LinuxPlatform() override;
+
+    /// Replaces the wiring's log, for a logger that itself needs the platform.
+    void setLog(std::function<void(const std::string& message)> log);
+
+    const Bundle& mainBundle() override;
+    Clock& clock() override;
+    Consent& consent() override;
+    Environment& environment() override;
+    EventStore& eventStore() override;
+    FileReader& fileReader() override;
+    LocaleSettings& localeSettings() override;
+    SerialQueue& logQueue() override;
+    PrivateFiles& privateFiles() override;
+    SettingsOpener& settingsOpener() override;
+
+private:
+    struct Adapters;
+
+    LinuxWiring wiring_;
+    std::unique_ptr<Adapters> adapters_;
+};
+
+} // namespace vesk

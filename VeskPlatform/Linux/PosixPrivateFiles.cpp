@@ -1,0 +1,88 @@
+#include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+
+#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vesk {
+
+namespace {
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::string folderOf(const std::string& path) {
+    const std::string parent = std::filesystem::path(path).parent_path().string();
+    return parent.empty() ? "." : parent;
+}
+
+void flush(const FileDescriptor& file, const std::string& path) {
+    if (::fsync(file.get()) != 0) throw PosixError(errno, path);
+}
+
+void flushFolder(const std::string& path) {
+    const FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) throw PosixError(errno, path);
+    // Some file systems have no flush for folders; their renames are as durable as they get.
+    if (::fsync(folder.get()) != 0 && errno != EINVAL) throw PosixError(errno, path);
+}
+
+} // namespace
+
+void makeFolders(const std::string& path, unsigned mode) {
+    if (isFolder(path)) return;
+    const std::string parent = folderOf(path);
+    if (parent != path && parent != ".") makeFolders(parent, mode);
+    if (::mkdir(path.c_str(), mode) == 0) return;
+    const int failure = errno; // another process may have made it in between
+    if (failure != EEXIST || !isFolder(path)) throw PosixError(failure, path);
+}
+
+void PosixPrivateFiles::createDirectories(const std::string& path) { makeFolders(path, 0777); }
+
+void PosixPrivateFiles::setPermissions(const std::string& path, unsigned mode) {
+    if (::chmod(path.c_str(), mode) != 0) throw PosixError(errno, path);
+}
+
+bool PosixPrivateFiles::exists(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) == 0) return true;
+    if (errno == ENOENT || errno == ENOTDIR) return false;
+    throw PosixError(errno, path);
+}
+
+void PosixPrivateFiles::append(const std::string& path, std::string_view bytes) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!file) throw PosixError(errno == ENXIO ? EINVAL : errno, path);
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0) throw PosixError(errno, path);
+    if (!S_ISREG(status.st_mode)) throw PosixError(EINVAL, path);
+    writeAll(file, bytes, path);
+    file.close(path);
+}
+
+void PosixPrivateFiles::writeAtomically(const std::string& path, std::string_view bytes) {
+    std::string temporary = path + ".XXXXXX";
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file) throw PosixError(errno, path);
+    try {
+        writeAll(file, bytes, path);
+        flush(file, path);
+        file.close(path);
+        if (::rename(temporary.c_str(), path.c_str()) != 0) throw PosixError(errno, path);
+    } catch (...) {
+        (void)::unlink(temporary.c_str());
+        throw;
+    }
+    flushFolder(folderOf(path));
+}
+
+} // namespace vesk

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace vesk {
+
+/// A failure of SQLite: the extended result code and SQLite's own text. Its users say what it means for people.
+struct SqliteFailure {
+    int code;
+    std::string text;
+};
+
+/// An open database; closed with the object. Functions throw SqliteFailure.
+class SqliteConnection {
+public:
+    /// Opens an existing file, for writing where the file allows it. Another process is waited for up to `patience`.
+    SqliteConnection(const std::string& path, std::chrono::milliseconds patience);
+    ~SqliteConnection();
+    SqliteConnection(const SqliteConnection&) = delete;
+    SqliteConnection& operator=(const SqliteConnection&) = delete;
+
+    /// Runs statements that return no rows.
+    void run(const std::string& statements);
+
+private:
+    friend class SqliteQuery;
+    [[noreturn]] void fail() const;
+
+    sqlite3* handle_ = nullptr;
+};
+
+/// One prepared statement. Parameters and columns count from zero.
+class SqliteQuery {
+public:
+    SqliteQuery(SqliteConnection& connection, const std::string& statement);
+    ~SqliteQuery();
+    SqliteQuery(const SqliteQuery&) = delete;
+    SqliteQuery& operator=(const SqliteQuery&) = delete;
+
+    void bind(int parameter, const std::string& text);
+    void bind(int parameter, std::int64_t number);
+    /// Goes to the next row; false where there is none.
+    bool next();
+    void rewind();
+    std::string text(int column) const;
+    /// None where the column holds something else than a whole number.
+    std::optional<std::int64_t> number(int column) const;
+
+private:
+    SqliteConnection& connection_;
+    sqlite3_stmt* statement_ = nullptr;
+};
+
+} // namespace vesk

@@ -1,0 +1,95 @@
+#include "vesk/CommandLine.hpp"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+namespace vesk {
+
+namespace {
+
+/// The command line's shape, and where its values land.
+class Parser {
+public:
+    Parser() {
+        app_.name("vesk");
+        app_.set_help_flag("-h,--help", "Print this help and exit");
+        app_.add_flag("--version", version_, "Print version and build");
+        app_.add_flag("--json", json_, "With --version: print JSON, with the addresses of the services");
+        CLI::App* consent = app_.add_subcommand("consent", "What the assistant may do");
+        consent->require_subcommand(1);
+        addVerb(*consent, ConsentVerb::list, "list", "List the capabilities and what was decided");
+        addVerb(*consent, ConsentVerb::grant, "grant", "Allow capabilities, after a question on the terminal");
+        addVerb(*consent, ConsentVerb::deny, "deny", "Refuse capabilities");
+        addVerb(*consent, ConsentVerb::reset, "reset", "Forget what was decided");
+        page_ = consent->add_subcommand("page", "Show the page of a settings address on the desktop");
+        page_->add_option("url", pageCommand_.url, "The settings address")->required()->type_name("URL");
+        doctor_ = app_.add_subcommand("doctor", "Tell what serves each capability and what is missing");
+        doctor_->add_flag("--json", doctorCommand_.json, "Print JSON");
+    }
+
+    Command parse(std::vector<std::string> arguments) {
+        std::reverse(arguments.begin(), arguments.end()); // CLI11 takes them from the back
+        try {
+            app_.parse(std::move(arguments));
+        } catch (const CLI::CallForHelp&) {
+            return HelpCommand{usage()};
+        } catch (const CLI::ParseError& error) {
+            throw UsageError(usage(), error.what());
+        }
+        return parsed();
+    }
+
+private:
+    void addVerb(CLI::App& noun, ConsentVerb verb, const std::string& name, const std::string& help) {
+        CLI::App* command = noun.add_subcommand(name, help);
+        verbs_.emplace_back(verb, command);
+        command->add_flag("--json", consent_.json, "Print JSON");
+        if (verb == ConsentVerb::list) return;
+        command->add_option("name", consent_.names, "Identifiers of capabilities")->type_name("NAME");
+        command->add_flag("--all", consent_.all, "All capabilities that have a consent");
+        if (verb == ConsentVerb::grant) command->add_flag("--yes", consent_.yes, "Answer the question with yes");
+    }
+
+    Command parsed() {
+        for (const auto& [verb, command] : verbs_) {
+            if (!command->parsed()) continue;
+            consent_.verb = verb;
+            consent_.usage = usage();
+            if (verb != ConsentVerb::list && consent_.all == !consent_.names.empty())
+                throw UsageError(usage(), "Name capabilities, or use --all.");
+            return consent_;
+        }
+        pageCommand_.usage = usage();
+        if (page_->parsed()) return pageCommand_;
+        if (doctor_->parsed()) return doctorCommand_;
+        if (!version_)
+            throw UsageError(usage(), json_ ? "--json needs --version or a command." : "A command is needed.");
+        return VersionCommand{json_};
+    }
+
+    /// The help of the innermost command that was named.
+    std::string usage() const {
+        const CLI::App* innermost = &app_;
+        for (auto named = innermost->get_subcommands(); !named.empty(); named = innermost->get_subcommands())
+            innermost = named.front();
+        std::string path;
+        for (const CLI::App* app = innermost->get_parent(); app != nullptr; app = app->get_parent())
+            path = app->get_name() + (path.empty() ? "" : " " + path);
+        return innermost->help(path);
+    }
+
+    CLI::App app_{"The companion of the Vesk assistant on Linux"};
+    CLI::App* page_ = nullptr;
+    CLI::App* doctor_ = nullptr;
+    std::vector<std::pair<ConsentVerb, CLI::App*>> verbs_;
+    ConsentCommand consent_;
+    ConsentPageCommand pageCommand_;
+    DoctorCommand doctorCommand_;
+    bool version_ = false, json_ = false;
+};
+
+} // namespace
+
+Command parseCommandLine(std::vector<std::string> arguments) { return Parser().parse(std::move(arguments)); }
+
+} // namespace vesk

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vesk {
+
+/// A command line that means nothing: the usage that fits it, and what was wrong.
+class UsageError : public std::runtime_error {
+public:
+    UsageError(std::string usage, const std::string& wrong) : std::runtime_error(wrong), usage_(std::move(usage)) {}
+    const std::string& usage() const { return usage_; }
+
+private:
+    std::string usage_;
+};
+
+struct HelpCommand {
+    std::string text;
+};
+struct VersionCommand {
+    bool json = false;
+};
+enum class ConsentVerb { list, grant, deny, reset };
+struct ConsentCommand {
+    ConsentVerb verb{};
+    std::vector<std::string> names;
+    bool all = false, yes = false, json = false;
+    /// The usage of the verb, for what only shows when the names are looked up.
+    std::string usage;
+};
+struct ConsentPageCommand {
+    std::string url;
+    std::string usage;
+};
+struct DoctorCommand {
+    bool json = false;
+};
+
+using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand>;
+
+/// The command of `arguments` (without the program's name). Throws UsageError.
+Command parseCommandLine(std::vector<std::string> arguments);
+
+} // namespace vesk

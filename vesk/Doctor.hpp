@@ -1,0 +1,72 @@
+#pragma once
+
+#include "VeskPlatform/Environment.hpp"
+#include "VeskPlatform/Linux/ConsentDatabase.hpp"
+#include "VeskShellCore/CapabilityModels.hpp"
+#include "VeskSupport/Records.hpp"
+#include "vesk/StoreInspection.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vesk {
+
+/// Something that is missing or wrong, and the package or command that mends it.
+struct DoctorFinding {
+    std::string problem;
+    std::optional<std::string> remedy;
+};
+
+template <>
+inline constexpr auto recordTable<DoctorFinding> =
+    recordFields(required("problem", &DoctorFinding::problem), optional("remedy", &DoctorFinding::remedy));
+
+/// One capability: the consent (absent where it has none or it could not be read), what serves it, what is amiss.
+struct DoctorCapability {
+    std::string id;
+    std::string title;
+    std::optional<CapabilityAuthorizationState> consent;
+    std::string service;
+    std::vector<DoctorFinding> findings;
+};
+
+template <>
+inline constexpr auto recordTable<DoctorCapability> =
+    recordFields(required("id", &DoctorCapability::id), required("title", &DoctorCapability::title),
+                 optional("consent", &DoctorCapability::consent), required("service", &DoctorCapability::service),
+                 required("findings", &DoctorCapability::findings));
+
+struct DoctorPlaces {
+    std::string stateFolder;
+    std::string cacheFolder;
+    std::optional<std::string> logFile;
+};
+
+template <>
+inline constexpr auto recordTable<DoctorPlaces> =
+    recordFields(required("stateFolder", &DoctorPlaces::stateFolder),
+                 required("cacheFolder", &DoctorPlaces::cacheFolder), optional("logFile", &DoctorPlaces::logFile));
+
+struct DoctorReport {
+    std::vector<DoctorCapability> capabilities;
+    StoreReport calendars;
+    DoctorPlaces places;
+    /// What concerns no single capability.
+    std::vector<DoctorFinding> findings;
+    /// Why the doctor could not look at the consents; not printed with the report.
+    std::optional<std::string> blindness;
+};
+
+template <>
+inline constexpr auto recordTable<DoctorReport> =
+    recordFields(required("capabilities", &DoctorReport::capabilities), required("calendars", &DoctorReport::calendars),
+                 required("places", &DoctorReport::places), required("findings", &DoctorReport::findings));
+
+/// Looks at everything and changes nothing.
+DoctorReport examine(Environment& environment, const ConsentDatabase& database);
+
+/// The report for people.
+std::string doctorText(const DoctorReport& report);
+
+} // namespace vesk

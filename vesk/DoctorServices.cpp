@@ -1,0 +1,94 @@
+#include "vesk/DoctorServices.hpp"
+
+#include "VeskPlatform/Linux/ChildProcess.hpp"
+#include "VeskPlatform/Linux/DesktopReach.hpp"
+#include "VeskPlatform/Linux/UserFolders.hpp"
+
+#include <filesystem>
+
+namespace vesk {
+
+namespace {
+
+bool isFolder(const std::string& path) {
+    std::error_code error;
+    return !path.empty() && std::filesystem::is_directory(path, error);
+}
+
+std::string folderService(const std::string& what, const std::string& path) {
+    return what + (path.empty() ? std::string(" (no home folder)") : " under " + path);
+}
+
+std::string counted(std::int64_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+DoctorService desktopService(const std::string& service, Environment& environment) {
+    DoctorService result{service, {}};
+    if (!desktopCanBeReached(environment))
+        result.findings.push_back({"No display can be reached.", "Run within a desktop session (DISPLAY)."});
+    return result;
+}
+
+DoctorService accessibilityService(Environment& environment) {
+    DoctorService result = desktopService("AT-SPI and XTest", environment);
+    if (!installedProgram("at-spi-bus-launcher", {"/usr/libexec", "/usr/lib/at-spi2-core"}))
+        result.findings.push_back({"The accessibility bus is not installed.", "apt install at-spi2-core"});
+    return result;
+}
+
+DoctorService calendarService(const StoreReport& calendars) {
+    DoctorService result{folderService("Calendar folders", calendars.path), {}};
+    const auto report = [&](std::int64_t count, const std::string& what, const std::string& remedy) {
+        if (count > 0) result.findings.push_back({counted(count, what) + ".", remedy});
+    };
+    report(calendars.unreadableFolders, "unreadable folder", "chmod -R u+rX " + calendars.path);
+    report(calendars.unreadableFiles, "unreadable file", "chmod -R u+rX " + calendars.path);
+    report(calendars.unparsableFiles.value_or(0), "file that cannot be parsed", "Mend or remove them.");
+    return result;
+}
+
+DoctorService messagesService() {
+    DoctorService result{"ModemManager or KDE Connect", {}};
+    const bool modem = installedProgram("ModemManager", {"/usr/sbin", "/usr/bin"}).has_value();
+    if (!modem && !installedProgram("kdeconnect-cli"))
+        result.findings.push_back(
+            {"Neither messaging service is installed.", "apt install modemmanager, or apt install kdeconnect"});
+    return result;
+}
+
+DoctorService mailService(Environment& environment) {
+    const std::string root = mailFolder(environment);
+    if (isFolder(root)) return {folderService("Maildir accounts", root), {}};
+    return {"Maildir accounts",
+            {{"There is no mail folder.", "Set VESK_MAIL_DIR, or fetch mail into ~/Maildir (apt install isync)."}}};
+}
+
+DoctorService cloudService(Environment& environment) {
+    const std::string drive = environment.value("VESK_CLOUD_DRIVE").value_or("");
+    if (isFolder(drive)) return {"The folder " + drive, {}};
+    return {"The folder that VESK_CLOUD_DRIVE names",
+            {{drive.empty() ? "No cloud folder is set." : "The cloud folder does not exist.",
+              "Set VESK_CLOUD_DRIVE to your mounted or synchronised drive."}}};
+}
+
+} // namespace
+
+DoctorService serviceOf(CapabilityKind kind, Environment& environment, const StoreReport& calendars) {
+    switch (kind) {
+    case CapabilityKind::fullDiskAccess: return {"The permissions of the file system", {}};
+    case CapabilityKind::screenRecording: return desktopService("X11, or the desktop portals", environment);
+    case CapabilityKind::systemAudio:
+    case CapabilityKind::microphone: return {"Nothing uses it", {}};
+    case CapabilityKind::accessibility: return accessibilityService(environment);
+    case CapabilityKind::calendar: return calendarService(calendars);
+    case CapabilityKind::reminders: return {folderService("To-do folders", remindersFolder(environment)), {}};
+    case CapabilityKind::contacts: return {folderService("vCard folders", contactsFolder(environment)), {}};
+    case CapabilityKind::messages: return messagesService();
+    case CapabilityKind::mail: return mailService(environment);
+    case CapabilityKind::iCloud: return cloudService(environment);
+    }
+    return {};
+}
+
+} // namespace vesk

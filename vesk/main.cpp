@@ -1,0 +1,83 @@
+#include "VeskPlatform/Linux/ConsentDatabase.hpp"
+#include "VeskPlatform/Linux/DesktopDialog.hpp"
+#include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/SystemClock.hpp"
+#include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+#include "vesk/CommandLine.hpp"
+#include "vesk/ConsentCommands.hpp"
+#include "vesk/ConsentPage.hpp"
+#include "vesk/Doctor.hpp"
+#include "vesk/Version.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+
+namespace vesk {
+namespace {
+
+enum ExitStatus { succeeded = 0, failed = 1, misused = 2 };
+
+void print(const std::string& text) {
+    errno = 0;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw PosixError(errno, "standard output");
+}
+
+void complain(const std::string& description) { std::fprintf(stderr, "vesk: %s\n", onOneLine(description).c_str()); }
+
+/// Runs one command with the adapters it needs; each returns the exit status.
+class Companion {
+public:
+    int operator()(const HelpCommand& command) {
+        print(command.text);
+        return succeeded;
+    }
+    int operator()(const VersionCommand& command) {
+        const VersionRecord version = builtVersion();
+        print(command.json ? writeJson(toJson(version)) + "\n"
+                           : "vesk " + version.version + " (build " + version.build + ")\n");
+        return succeeded;
+    }
+    int operator()(const ConsentCommand& command) {
+        print(runConsent(command, database_, clock_));
+        return succeeded;
+    }
+    int operator()(const ConsentPageCommand& command) {
+        runConsentPage(command, DesktopDialog(environment_), database_, clock_);
+        return succeeded;
+    }
+    int operator()(const DoctorCommand& command) {
+        const DoctorReport report = examine(environment_, database_);
+        print(command.json ? writeJson(toJson(report)) + "\n" : doctorText(report));
+        if (!report.blindness) return succeeded;
+        complain(*report.blindness);
+        return failed;
+    }
+
+private:
+    ProcessEnvironment environment_;
+    SystemClock clock_;
+    ConsentDatabase database_{stateFolder(environment_)};
+};
+
+int run(std::vector<std::string> arguments) {
+    try {
+        return std::visit(Companion(), parseCommandLine(std::move(arguments)));
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "%s\n", error.usage().c_str());
+        complain(error.what());
+        return misused;
+    } catch (const ErrorRecord& error) {
+        complain(error.description());
+    } catch (const std::exception& error) {
+        complain(error.what());
+    }
+    return failed;
+}
+
+} // namespace
+} // namespace vesk
+
+int main(int argc, char** argv) { return vesk::run({argv + (argc > 0 ? 1 : 0), argv + argc}); }
