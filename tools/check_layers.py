@@ -22,11 +22,8 @@ LAYERS = [
 ADAPTERS = ("VeskPlatform/Linux/", "VeskPlatform/Apple/")
 BLIND_TO_ADAPTERS = ("VeskShellCore/",)
 
-RULED_OUT = [
-    # g++ 12 lays the coroutine's frame out wrongly, and the program reads wild memory: name the result first.
-    (re.compile(r"\b(if|while|switch)\s*\([^;{]*\bco_await\b"), "co_await inside a condition", ("",)),
-    (re.compile(r"^\s*#\s*if.*(__linux__|__APPLE__|_WIN32)", re.MULTILINE), "a platform's #if", ("VeskShellCore/",)),
-]
+CONDITION = re.compile(r"\b(?:if|while|switch)\s*(?:constexpr\s*)?\(")
+PLATFORM_SWITCH = re.compile(r"^\s*#\s*(?:if|elif).*(?:__linux__|__APPLE__|_WIN32)", re.MULTILINE)
 
 
 def layer_findings(name, text):
@@ -44,11 +41,27 @@ def layer_findings(name, text):
             yield f'includes the adapter "{header}"'
 
 
+def condition_at(text, start):
+    """The text of the condition whose opening parenthesis ends at `start`."""
+    depth = 1
+    for position in range(start, len(text)):
+        depth += {"(": 1, ")": -1}.get(text[position], 0)
+        if depth == 0:
+            return text[start:position]
+    return text[start:]
+
+
 def house_findings(name, text):
-    for pattern, what, prefixes in RULED_OUT:
-        for match in pattern.finditer(text):
-            if name.startswith(prefixes):
-                yield f"line {text.count(chr(10), 0, match.start()) + 1}: {what}"
+    def line(position):
+        return text.count("\n", 0, position) + 1
+
+    for match in CONDITION.finditer(text):
+        # g++ 12 lays the coroutine's frame out wrongly, and the program reads wild memory: name the result first.
+        if "co_await" in condition_at(text, match.end()):
+            yield f"line {line(match.start())}: co_await inside a condition"
+    if name.startswith("VeskShellCore/"):
+        for match in PLATFORM_SWITCH.finditer(text):
+            yield f"line {line(match.start())}: an #if for a platform"
 
 
 def main():
