@@ -60,8 +60,10 @@ Task<AccessAnswer> SqliteConsent::request(std::string row) {
     const AuthorizationStatus status = statusOf(row);
     if (status != notDetermined) co_return AccessAnswer{status == granted, std::nullopt};
     if (!thread_) thread_ = std::make_unique<asio::thread_pool>(1);
+    // Named on purpose: g++ 12 destroys a temporary of an awaited expression twice.
+    std::function<AccessAnswer()> asking = [this, row] { return askAndStore(row); };
     // The awaiting coroutine is resumed on its own executor, and its work is counted there while it waits.
-    co_return co_await asio::co_spawn(*thread_, called([this, row] { return askAndStore(row); }), asio::use_awaitable);
+    co_return co_await asio::co_spawn(*thread_, called(std::move(asking)), asio::use_awaitable);
 }
 
 AccessAnswer SqliteConsent::askAndStore(const std::string& row) {
