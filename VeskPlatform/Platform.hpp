@@ -2,6 +2,8 @@
 
 #include "VeskPlatform/Bundle.hpp"
 
+#include <memory>
+
 namespace vesk {
 
 class Clock;
@@ -24,7 +26,8 @@ public:
     virtual Clock& clock() = 0;
     virtual Consent& consent() = 0;
     virtual Environment& environment() = 0;
-    virtual EventStore& eventStore() = 0;
+    /// A store of its own for one operation; it shows the calendars as they are from now on.
+    virtual std::shared_ptr<EventStore> openEventStore() = 0;
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     /// The queue "app.veskhq.shell-debug-log".

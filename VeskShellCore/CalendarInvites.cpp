@@ -90,11 +90,11 @@ std::string normalizeComparableTitle(const std::string& title) {
 
 std::optional<CalendarEvent> findEventForInviteResponse(Platform& platform, const InviteQuery& query,
                                                         const LocalCalendar& calendar) {
-    EventStore& store = platform.eventStore();
+    const auto store = platform.openEventStore();
     if (query.eventIdentifier)
-        if (auto event = store.event(*query.eventIdentifier)) return event;
+        if (auto event = store->event(*query.eventIdentifier)) return event;
     const Window window = searchWindow(platform, query.startAt, calendar);
-    std::vector<CalendarEvent> events = fetchEvents(store, eligibleCalendars(store), window.from, window.to);
+    std::vector<CalendarEvent> events = fetchEvents(*store, eligibleCalendars(*store), window.from, window.to);
     const auto found =
         std::ranges::find_if(events, [&](const CalendarEvent& event) { return answersQuery(event, query, calendar); });
     if (found == events.end()) return std::nullopt;

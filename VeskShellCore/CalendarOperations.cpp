@@ -23,8 +23,8 @@ std::string requiredArgument(const std::string& text, const char* failure) {
     return std::string(kept);
 }
 
-EventCalendar requiredCalendar(Platform& platform, const std::string& name) {
-    const std::vector<EventCalendar> calendars = eligibleCalendars(platform.eventStore());
+EventCalendar requiredCalendar(Platform& platform, EventStore& store, const std::string& name) {
+    const std::vector<EventCalendar> calendars = eligibleCalendars(store);
     const auto calendar = findCalendar(name, calendars, platform.localeSettings());
     if (!calendar) throw calendarNotFoundError(name, calendars);
     return *calendar;
@@ -44,10 +44,10 @@ std::vector<CapabilityCalendarEvent> payloads(const std::vector<CalendarEvent>& 
 }
 
 /// The events of the calendar day of `reference`.
-std::vector<CapabilityCalendarEvent> dayPayloads(Platform& platform, const std::vector<EventCalendar>& calendars,
+std::vector<CapabilityCalendarEvent> dayPayloads(EventStore& store, const std::vector<EventCalendar>& calendars,
                                                  Instant reference, const LocalCalendar& calendar) {
     const Instant start = calendar.startOfDay(reference);
-    return payloads(fetchEvents(platform.eventStore(), calendars, start, calendar.addDays(start, 1)), calendar);
+    return payloads(fetchEvents(store, calendars, start, calendar.addDays(start, 1)), calendar);
 }
 
 /// The first event that ends later than now, of those that begin before 365 days have passed.
@@ -57,11 +57,11 @@ std::vector<CapabilityCalendarEvent> dayPayloads(Platform& platform, const std::
 /// before the narrower one's end. As events come by their start, these are the widest one's first events, in the same
 /// order: the first of them that has not ended is the first of all.
 std::optional<CalendarEvent> firstUnfinishedEvent(Platform& platform, const LocalCalendar& calendar) {
-    EventStore& store = platform.eventStore();
-    const std::vector<EventCalendar> calendars = eligibleCalendars(store);
+    const auto store = platform.openEventStore();
+    const std::vector<EventCalendar> calendars = eligibleCalendars(*store);
     const Instant now = platform.clock().now();
     for (const int days : {1, 8, 64, 365}) {
-        std::vector<CalendarEvent> events = fetchEvents(store, calendars, now, calendar.addDays(now, days));
+        std::vector<CalendarEvent> events = fetchEvents(*store, calendars, now, calendar.addDays(now, days));
         const auto next = std::ranges::find_if(events, [&](const CalendarEvent& event) { return event.end > now; });
         if (next != events.end()) return std::move(*next);
     }
@@ -82,7 +82,7 @@ void checkSnapshotRange(Instant start, Instant end) {
 
 Task<CapabilityCalendarCalendarsResponse> listCalendars(Platform& platform, const Bundle& bundle) {
     co_await ensureCalendarAccess(platform);
-    std::vector<EventCalendar> calendars = eligibleCalendars(platform.eventStore());
+    std::vector<EventCalendar> calendars = eligibleCalendars(*platform.openEventStore());
     const CaseInsensitiveCollator collator(platform.localeSettings().locale());
     std::ranges::stable_sort(calendars, [&](const EventCalendar& a, const EventCalendar& b) {
         return collator.compare(a.title, b.title) < 0;
@@ -98,8 +98,8 @@ Task<CapabilityCalendarEventsResponse> listToday(Platform& platform, const Bundl
     co_await ensureCalendarAccess(platform);
     auto response = responseOf<CapabilityCalendarEventsResponse>(bundle);
     response.view = "today";
-    response.events = dayPayloads(platform, eligibleCalendars(platform.eventStore()), platform.clock().now(),
-                                  currentCalendar(platform));
+    const auto store = platform.openEventStore();
+    response.events = dayPayloads(*store, eligibleCalendars(*store), platform.clock().now(), currentCalendar(platform));
     response.detail =
         response.events.empty() ? "No events are scheduled for today." : "Listed today's Apple Calendar events.";
     co_return response;
@@ -112,7 +112,8 @@ Task<CapabilityCalendarEventsResponse> listForDate(Platform& platform, std::stri
     auto response = responseOf<CapabilityCalendarEventsResponse>(bundle);
     response.view = "date";
     response.requestedDate = date;
-    response.events = dayPayloads(platform, eligibleCalendars(platform.eventStore()), reference, calendar);
+    const auto store = platform.openEventStore();
+    response.events = dayPayloads(*store, eligibleCalendars(*store), reference, calendar);
     response.detail = response.events.empty() ? "No events are scheduled for " + date + "."
                                               : "Listed Apple Calendar events for the requested date.";
     co_return response;
@@ -121,11 +122,12 @@ Task<CapabilityCalendarEventsResponse> listForDate(Platform& platform, std::stri
 Task<CapabilityCalendarEventsResponse> listCalendarToday(Platform& platform, std::string name, const Bundle& bundle) {
     const std::string wanted = requiredArgument(name, "Calendar name is required.");
     co_await ensureCalendarAccess(platform);
-    const EventCalendar found = requiredCalendar(platform, wanted);
+    const auto store = platform.openEventStore();
+    const EventCalendar found = requiredCalendar(platform, *store, wanted);
     auto response = responseOf<CapabilityCalendarEventsResponse>(bundle);
     response.view = "calendar";
     response.calendarName = found.title;
-    response.events = dayPayloads(platform, {found}, platform.clock().now(), currentCalendar(platform));
+    response.events = dayPayloads(*store, {found}, platform.clock().now(), currentCalendar(platform));
     response.detail = response.events.empty() ? "No events are scheduled in " + found.title + " today."
                                               : "Listed today's events for the requested calendar.";
     co_return response;
@@ -152,14 +154,14 @@ Task<CapabilityCalendarSnapshotResponse> snapshotEvents(Platform& platform, std:
     const Instant end = parseDateTime(endAt, calendar);
     checkSnapshotRange(start, end);
     co_await ensureCalendarAccess(platform);
-    EventStore& store = platform.eventStore();
+    const auto store = platform.openEventStore();
     const auto calendars =
-        filterExcludedCalendars(eligibleCalendars(store), excludeCalendarIdentifiers, excludeCalendarNames);
+        filterExcludedCalendars(eligibleCalendars(*store), excludeCalendarIdentifiers, excludeCalendarNames);
     auto response = responseOf<CapabilityCalendarSnapshotResponse>(bundle);
     response.startAt = calendar.isoText(start);
     response.endAt = calendar.isoText(end);
     response.calendars = descriptors(calendars);
-    response.events = payloads(fetchEvents(store, calendars, start, end), calendar);
+    response.events = payloads(fetchEvents(*store, calendars, start, end), calendar);
     response.detail = response.events.empty() ? "No Apple Calendar events were found in the requested snapshot range."
                                               : "Snapshotted Apple Calendar events in the requested range.";
     co_return response;
@@ -180,9 +182,10 @@ Task<CapabilityCalendarCreateResponse> createEvent(Platform& platform, std::stri
     event.location = trimmedOrAbsent(location);
     event.notes = trimmedOrAbsent(notes);
     co_await ensureCalendarAccess(platform);
-    event.calendarIdentifier = requiredCalendar(platform, name).identifier;
+    const auto store = platform.openEventStore();
+    event.calendarIdentifier = requiredCalendar(platform, *store, name).identifier;
     auto response = responseOf<CapabilityCalendarCreateResponse>(bundle);
-    response.event = calendarEventPayload(platform.eventStore().save(event), calendar);
+    response.event = calendarEventPayload(store->save(event), calendar);
     response.detail = "Created a new Apple Calendar event.";
     co_return response;
 }

@@ -175,6 +175,16 @@ Instant LocalCalendar::addDays(Instant start, int count) const {
     return instant(wall + days(count)) + subsecond;
 }
 
+std::string LocalCalendar::vTimeZoneText(Instant start) const {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::VTimeZone> zone(icu::VTimeZone::createVTimeZoneFromBasicTimeZone(*zone_->rules, status));
+    icu::UnicodeString text;
+    if (zone != nullptr) zone->writeSimple(toUDate(start), text, status);
+    std::string result;
+    // ICU wraps the component in nothing, but some of its lines are for its own use only.
+    return text.toUTF8String(result);
+}
+
 std::string LocalCalendar::isoText(Instant instant) const { return formatInternetDateTime(instant, offset(instant)); }
 
 } // namespace vesk

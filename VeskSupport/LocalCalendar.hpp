@@ -49,6 +49,9 @@ public:
     /// The start of a day moves to the start of a day, so that a day's window ends where the next begins.
     Instant addDays(Instant instant, int count) const;
 
+    /// A VTIMEZONE component that describes the zone from `start` on (RFC 5545, section 3.6.5).
+    std::string vTimeZoneText(Instant start) const;
+
     /// `2026-04-26T14:00:00+02:00`, "Z" where the offset is zero.
     std::string isoText(Instant instant) const;
 

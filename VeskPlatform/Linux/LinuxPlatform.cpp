@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
+#include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
@@ -71,8 +72,8 @@ Consent& LinuxPlatform::consent() {
     return *adapters_->consent;
 }
 
-EventStore& LinuxPlatform::eventStore() {
-    throw ErrorRecord("VeskLinuxPlatform", 501, "The calendar store of this platform cannot be reached.");
+std::shared_ptr<EventStore> LinuxPlatform::openEventStore() {
+    return std::make_shared<VdirEventStore>(eventStoreOptions(environment(), localeSettings(), wiring_.log), clock());
 }
 
 } // namespace vesk

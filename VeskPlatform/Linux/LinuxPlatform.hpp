@@ -30,7 +30,7 @@ public:
     Clock& clock() override;
     Consent& consent() override;
     Environment& environment() override;
-    EventStore& eventStore() override;
+    std::shared_ptr<EventStore> openEventStore() override;
     FileReader& fileReader() override;
     LocaleSettings& localeSettings() override;
     SerialQueue& logQueue() override;

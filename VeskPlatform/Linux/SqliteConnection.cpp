@@ -41,6 +41,11 @@ void SqliteQuery::bind(int parameter, std::int64_t number) {
     if (sqlite3_bind_int64(statement_, parameter + 1, number) != SQLITE_OK) connection_.fail();
 }
 
+void SqliteQuery::bindBytes(int parameter, std::string_view bytes) {
+    if (sqlite3_bind_blob64(statement_, parameter + 1, bytes.data(), bytes.size(), SQLITE_STATIC) != SQLITE_OK)
+        connection_.fail();
+}
+
 bool SqliteQuery::next() {
     const int result = sqlite3_step(statement_);
     if (result != SQLITE_ROW && result != SQLITE_DONE) connection_.fail();

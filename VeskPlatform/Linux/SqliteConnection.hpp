@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -46,9 +47,12 @@ public:
 
     void bind(int parameter, const std::string& text);
     void bind(int parameter, std::int64_t number);
+    /// Binds bytes without copying them; they outlive the query's last `next`.
+    void bindBytes(int parameter, std::string_view bytes);
     /// Goes to the next row; false where there is none.
     bool next();
     void rewind();
+    /// Text or bytes, as they stand.
     std::string text(int column) const;
     /// None where the column holds something else than a whole number.
     std::optional<std::int64_t> number(int column) const;

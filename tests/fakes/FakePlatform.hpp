@@ -29,7 +29,8 @@ public:
     Clock& clock() override { return fakeClock; }
     Consent& consent() override { return fakeConsent; }
     Environment& environment() override { return fakeEnvironment; }
-    EventStore& eventStore() override { return fakeEventStore; }
+    /// Every store that is opened is the one fake, which the test keeps.
+    std::shared_ptr<EventStore> openEventStore() override { return {std::shared_ptr<void>(), &fakeEventStore}; }
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     SerialQueue& logQueue() override { return fakeLogQueue; }

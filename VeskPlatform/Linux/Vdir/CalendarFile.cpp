@@ -1,0 +1,39 @@
+#include "VeskPlatform/Linux/Vdir/CalendarFile.hpp"
+
+#include "VeskPlatform/Linux/Vdir/Folder.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
+namespace vesk::vdir {
+
+std::optional<CalendarFile> readCalendarFile(const std::string& path, int* errnoValue) {
+    try {
+        CalendarFile file{readRegularFile(path, maximumFileSize), {}};
+        file.scanned = scanCalendarText(file.bytes);
+        return file;
+    } catch (const PosixError& error) {
+        if (errnoValue != nullptr) *errnoValue = static_cast<int>(error.code());
+        return std::nullopt;
+    }
+}
+
+std::vector<EventComponent> parseItem(const CalendarFile& file, std::size_t item,
+                                      const std::vector<std::string>& userAddresses) {
+    std::string text;
+    for (const std::size_t event : file.scanned.items[item].events) {
+        text += file.scanned.events[event].range.of(file.bytes);
+        text += "\r\n";
+    }
+    return parseEvents(text, userAddresses);
+}
+
+ZoneFinder zoneFinder(const CalendarFile& file, Zones& zones) {
+    return [&file, &zones](const EventTime& time) -> Zone {
+        if (time.anchor == EventTime::Anchor::utc) return zones.utc();
+        if (time.anchor != EventTime::Anchor::zoned) return zones.local();
+        for (const ScannedZone& zone : file.scanned.zones)
+            if (zone.tzid == time.tzid) return zones.find(time.tzid, zone.range.of(file.bytes));
+        return zones.find(time.tzid, {});
+    };
+}
+
+} // namespace vesk::vdir

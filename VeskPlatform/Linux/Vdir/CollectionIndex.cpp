@@ -1,0 +1,154 @@
+#include "VeskPlatform/Linux/Vdir/CollectionIndex.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+namespace vesk::vdir {
+namespace {
+
+constexpr std::uint64_t formatVersion = 0x5645534B49445831; // "VESKIDX1"
+
+/// A fast 64-bit mixing hash, eight bytes a step; finds damage, resists nobody.
+std::uint64_t checksum(std::string_view bytes) {
+    std::uint64_t hash = 0x9E3779B97F4A7C15 ^ bytes.size();
+    for (std::size_t i = 0; i < bytes.size(); i += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes.data() + i, std::min<std::size_t>(8, bytes.size() - i));
+        hash = (hash ^ word) * 0xFF51AFD7ED558CCD;
+        hash ^= hash >> 32;
+    }
+    return hash;
+}
+
+struct Header {
+    std::uint64_t version, checksum, files, items, recurring, chunks;
+};
+
+template <class T> void append(std::string& out, const T* values, std::size_t count) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    out.append(reinterpret_cast<const char*>(values), count * sizeof(T));
+}
+
+/// Takes values off the front of stored bytes.
+class Source {
+public:
+    explicit Source(std::string_view bytes) : rest_(bytes) {}
+
+    template <class T> bool take(T* values, std::uint64_t count) {
+        static_assert(std::is_trivially_copyable_v<T>);
+        if (count > rest_.size() / sizeof(T)) return false;
+        if (count > 0) std::memcpy(static_cast<void*>(values), rest_.data(), count * sizeof(T));
+        rest_.remove_prefix(count * sizeof(T));
+        return true;
+    }
+    template <class T> bool takeList(std::vector<T>& list, std::uint64_t count) {
+        if (count > rest_.size() / sizeof(T)) return false;
+        list.resize(count);
+        return take(list.data(), count);
+    }
+    std::string_view rest() const { return rest_; }
+
+private:
+    std::string_view rest_;
+};
+
+bool isConsistent(const CollectionIndex& index) {
+    for (const IndexedFile& file : index.files)
+        if (std::uint64_t{file.firstItem} + file.itemCount > index.items.size()) return false;
+    return std::all_of(index.items.begin(), index.items.end(), [&](const IndexedItem& item) {
+        return item.file < index.files.size() && item.recurring < static_cast<std::int64_t>(index.recurringCount)
+               && item.recurring >= IndexedItem::notRecurring;
+    });
+}
+
+} // namespace
+
+std::int32_t CollectionIndex::chunkOf(std::int32_t day) {
+    return day >= 0 ? day / chunkDays : -((-day + chunkDays - 1) / chunkDays);
+}
+
+std::uint64_t CollectionIndex::hashOf(std::string_view uid) { return checksum(uid); }
+
+void CollectionIndex::add(const FileSignature& signature, const ScannedFile& scanned) {
+    const auto file = static_cast<std::uint32_t>(files.size());
+    files.push_back({signature, static_cast<std::uint32_t>(items.size()),
+                     static_cast<std::uint32_t>(scanned.items.size()), scanned.damaged ? 1U : 0U, 0});
+    for (const ScannedItem& item : scanned.items) {
+        const std::string& uid = scanned.events[item.events.front()].uid;
+        items.push_back({hashOf(uid), item.span, file, IndexedItem::notRecurring});
+        if (!item.recurs) continue;
+        items.back().recurring = static_cast<std::int32_t>(recurringCount++);
+        for (auto& [chunk, masks] : chunks) masks.resize(recurringCount);
+    }
+}
+
+void CollectionIndex::addFrom(const CollectionIndex& other, std::size_t file) {
+    IndexedFile copy = other.files[file];
+    const std::uint32_t firstOther = copy.firstItem;
+    copy.firstItem = static_cast<std::uint32_t>(items.size());
+    for (std::uint32_t i = 0; i < copy.itemCount; ++i) {
+        IndexedItem item = other.items[firstOther + i];
+        item.file = static_cast<std::uint32_t>(files.size());
+        if (item.recurring != IndexedItem::notRecurring) {
+            const auto before = static_cast<std::size_t>(item.recurring);
+            item.recurring = static_cast<std::int32_t>(recurringCount++);
+            for (auto& [chunk, masks] : chunks) masks.resize(recurringCount);
+            for (const auto& [chunk, masks] : other.chunks) {
+                auto& mine = chunks[chunk];
+                mine.resize(recurringCount);
+                mine.back() = masks[before];
+            }
+        }
+        items.push_back(item);
+    }
+    files.push_back(copy);
+}
+
+void CollectionIndex::distrustRecentFiles(std::int64_t now) {
+    constexpr std::int64_t millisecond = 1'000'000;
+    for (IndexedFile& file : files) {
+        // Whole seconds are what file systems with coarse times give (two seconds on FAT).
+        const bool coarse = file.signature.changed % (1000 * millisecond) == 0;
+        const std::int64_t slack = coarse ? 3000 * millisecond : 100 * millisecond;
+        if (file.signature.changed > now - slack) file.signature.modified = INT64_MIN;
+    }
+}
+
+std::string CollectionIndex::encoded() const {
+    std::string body;
+    body.reserve(files.size() * sizeof(IndexedFile) + items.size() * sizeof(IndexedItem));
+    append(body, files.data(), files.size());
+    append(body, items.data(), items.size());
+    for (const auto& [chunk, masks] : chunks) {
+        const std::int64_t number = chunk;
+        append(body, &number, 1);
+        append(body, masks.data(), masks.size());
+    }
+    const Header header{formatVersion, checksum(body), files.size(), items.size(), recurringCount, chunks.size()};
+    std::string result;
+    result.reserve(sizeof header + body.size());
+    append(result, &header, 1);
+    return result += body;
+}
+
+std::optional<CollectionIndex> CollectionIndex::decoded(std::string_view bytes) {
+    Source source(bytes);
+    Header header{};
+    if (!source.take(&header, 1) || header.version != formatVersion || header.checksum != checksum(source.rest())
+        || header.recurring > header.items)
+        return std::nullopt;
+    CollectionIndex index;
+    index.recurringCount = static_cast<std::uint32_t>(header.recurring);
+    if (!source.takeList(index.files, header.files) || !source.takeList(index.items, header.items)) return std::nullopt;
+    for (std::uint64_t i = 0; i < header.chunks; ++i) {
+        std::int64_t number = 0;
+        std::vector<DayMask> masks;
+        if (!source.take(&number, 1) || !source.takeList(masks, header.recurring)) return std::nullopt;
+        index.chunks.emplace(static_cast<std::int32_t>(number), std::move(masks));
+    }
+    if (!source.rest().empty() || !isConsistent(index)) return std::nullopt;
+    return index;
+}
+
+} // namespace vesk::vdir

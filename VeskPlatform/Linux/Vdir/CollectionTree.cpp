@@ -1,0 +1,98 @@
+#include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
+
+#include "VeskPlatform/Linux/Vdir/Folder.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/Text.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace vesk::vdir {
+namespace {
+
+/// What the names in a folder say about it.
+struct Inventory {
+    bool hasItemsOrNames = false;
+    std::vector<std::string> folders;
+};
+
+Inventory takeInventory(const std::string& path, const std::string& extension) {
+    Inventory inventory;
+    forEachEntry(path, [&](const FolderEntry& entry) {
+        const bool named = entry.name == "displayname" || entry.name == "color" || hasExtension(entry.name, extension);
+        if (entry.isFolder())
+            inventory.folders.emplace_back(entry.name);
+        else if (named)
+            inventory.hasItemsOrNames = true;
+        return !inventory.hasItemsOrNames; // a collection it is, whatever else it holds
+    });
+    return inventory;
+}
+
+std::vector<std::string> subFolders(const std::string& path) {
+    std::vector<std::string> folders;
+    forEachEntry(path, [&](const FolderEntry& entry) {
+        if (entry.isFolder()) folders.emplace_back(entry.name);
+        return true;
+    });
+    return folders;
+}
+
+std::string titleOf(const std::string& path, std::string_view folderName) {
+    constexpr std::size_t longestTitle = 64 * 1024;
+    std::string title;
+    try {
+        title = readRegularFile(path + "/displayname", longestTitle);
+    } catch (const PosixError&) {
+        // No title of its own, or none that can be read: the folder's name serves.
+    }
+    while (title.ends_with('\n') || title.ends_with('\r')) title.pop_back();
+    return repairedUtf8(title.empty() ? folderName : title);
+}
+
+std::string_view lastComponent(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+} // namespace
+
+std::vector<Collection> findCollections(const std::string& root, const std::string& extension,
+                                        const std::function<void(const std::string&, int)>& unreadable) {
+    std::vector<Collection> result;
+    const auto add = [&](const std::string& relative, const std::string& account) {
+        Collection collection;
+        collection.path = root + "/" + relative;
+        collection.identifier = repairedUtf8(relative);
+        collection.title = titleOf(collection.path, lastComponent(relative));
+        collection.sourceTitle = account.empty() ? "On This Computer" : repairedUtf8(account);
+        collection.writable = ::faccessat(AT_FDCWD, collection.path.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+        result.push_back(std::move(collection));
+    };
+    const auto readable = [&](const std::string& relative) {
+        const std::string path = root + "/" + relative;
+        if (::faccessat(AT_FDCWD, path.c_str(), R_OK | X_OK, AT_EACCESS) == 0) return true;
+        unreadable(path, errno);
+        return false;
+    };
+    std::vector<std::string> topFolders;
+    try {
+        topFolders = subFolders(root);
+    } catch (const PosixError& error) {
+        if (error.code() == ENOENT) return result;
+        throw;
+    }
+    for (const std::string& top : topFolders) {
+        if (!readable(top)) continue;
+        const Inventory inventory = takeInventory(root + "/" + top, extension);
+        if (inventory.hasItemsOrNames || inventory.folders.empty()) {
+            add(top, "");
+            continue;
+        }
+        for (const std::string& sub : inventory.folders)
+            if (readable(top + "/" + sub)) add(top + "/" + sub, top);
+    }
+    std::sort(result.begin(), result.end(), [](const auto& a, const auto& b) { return a.identifier < b.identifier; });
+    return result;
+}
+
+} // namespace vesk::vdir

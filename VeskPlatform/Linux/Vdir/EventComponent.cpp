@@ -1,0 +1,251 @@
+#include "VeskPlatform/Linux/Vdir/EventComponent.hpp"
+
+#include "VeskSupport/Text.hpp"
+
+#include <algorithm>
+#include <array>
+#include <libical/ical.h>
+#include <memory>
+
+namespace vesk::vdir {
+namespace {
+
+using namespace std::chrono;
+
+struct ComponentDeleter {
+    void operator()(icalcomponent* component) const { icalcomponent_free(component); }
+};
+using ComponentPointer = std::unique_ptr<icalcomponent, ComponentDeleter>;
+
+std::optional<WallTime> wallOf(const icaltimetype& time) {
+    const year_month_day date{year{time.year}, month{static_cast<unsigned>(time.month)},
+                              day{static_cast<unsigned>(time.day)}};
+    const bool inRange = time.year >= 1 && time.year <= 9999 && time.month >= 1 && time.day >= 1;
+    if (!inRange || !date.ok()) return std::nullopt;
+    if (time.is_date != 0) return local_days{date};
+    if (time.hour < 0 || time.hour > 23 || time.minute < 0 || time.minute > 59 || time.second < 0 || time.second > 60)
+        return std::nullopt;
+    // A leap second is the last second of its minute (RFC 5545, section 3.3.12).
+    return local_days{date} + hours(time.hour) + minutes(time.minute) + seconds(std::min(time.second, 59));
+}
+
+std::optional<EventTime> eventTime(const icaltimetype& time, icalproperty* property) {
+    const auto wall = wallOf(time);
+    if (!wall) return std::nullopt;
+    EventTime result{*wall, EventTime::Anchor::floating, {}};
+    if (time.is_date != 0) {
+        result.anchor = EventTime::Anchor::date;
+    } else if (icaltime_is_utc(time)) {
+        result.anchor = EventTime::Anchor::utc;
+    } else if (icalparameter* tzid = icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER)) {
+        const char* name = icalparameter_get_tzid(tzid);
+        result.anchor = EventTime::Anchor::zoned;
+        result.tzid = repairedUtf8(name == nullptr ? "" : name);
+    }
+    return result;
+}
+
+EventDuration eventDuration(const icaldurationtype& duration) {
+    const int sign = duration.is_neg != 0 ? -1 : 1;
+    constexpr std::int64_t limit = 400'000; // days, more than a thousand years
+    const std::int64_t wholeDays = std::int64_t{duration.weeks} * 7 + duration.days;
+    const auto rest = hours(duration.hours) + minutes(duration.minutes) + seconds(duration.seconds);
+    return {days(sign * static_cast<int>(std::min(wholeDays, limit))), sign * std::min<seconds>(rest, days(limit))};
+}
+
+/// The first property of a kind, and the next ones.
+template <class Visit> void forEachProperty(icalcomponent* component, icalproperty_kind kind, Visit visit) {
+    for (icalproperty* p = icalcomponent_get_first_property(component, kind); p != nullptr;
+         p = icalcomponent_get_next_property(component, kind))
+        visit(p);
+}
+
+std::optional<EventTime> firstTime(icalcomponent* component, icalproperty_kind kind) {
+    icalproperty* property = icalcomponent_get_first_property(component, kind);
+    if (property == nullptr) return std::nullopt;
+    icalvalue* value = icalproperty_get_value(property);
+    return value == nullptr ? std::nullopt : eventTime(icalvalue_get_datetimedate(value), property);
+}
+
+std::optional<std::string> firstText(icalcomponent* component, icalproperty_kind kind) {
+    icalproperty* property = icalcomponent_get_first_property(component, kind);
+    icalvalue* value = property == nullptr ? nullptr : icalproperty_get_value(property);
+    if (value == nullptr) return std::nullopt;
+    const char* text = icalvalue_isa(value) == ICAL_URI_VALUE ? icalvalue_get_uri(value) : icalvalue_get_text(value);
+    return text == nullptr ? std::nullopt : std::optional(repairedUtf8(text));
+}
+
+int statusNumber(icalcomponent* component) {
+    icalproperty* property = icalcomponent_get_first_property(component, ICAL_STATUS_PROPERTY);
+    if (property == nullptr) return 0;
+    switch (icalproperty_get_status(property)) {
+    case ICAL_STATUS_CONFIRMED: return 1;
+    case ICAL_STATUS_TENTATIVE: return 2;
+    case ICAL_STATUS_CANCELLED: return 3;
+    default: return 0;
+    }
+}
+
+std::string upperCased(std::string_view text) {
+    std::string result(text);
+    for (char& c : result)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return result;
+}
+
+template <std::size_t Count> using NumberTable = std::array<std::pair<std::string_view, int>, Count>;
+
+template <std::size_t Count> std::optional<int> numberFor(const NumberTable<Count>& table, std::string_view word) {
+    const std::string key = upperCased(trimmed(word));
+    for (const auto& [name, number] : table)
+        if (name == key) return number;
+    return std::nullopt;
+}
+
+constexpr NumberTable<4> busyStatuses{{{"FREE", 1}, {"TENTATIVE", 2}, {"OOF", 3}, {"BUSY", 0}}};
+constexpr NumberTable<7> participationStatuses{{{"NEEDS-ACTION", 1},
+                                                {"ACCEPTED", 2},
+                                                {"DECLINED", 3},
+                                                {"TENTATIVE", 4},
+                                                {"DELEGATED", 5},
+                                                {"COMPLETED", 6},
+                                                {"IN-PROCESS", 7}}};
+constexpr NumberTable<4> roles{{{"REQ-PARTICIPANT", 1}, {"OPT-PARTICIPANT", 2}, {"CHAIR", 3}, {"NON-PARTICIPANT", 4}}};
+constexpr NumberTable<4> userTypes{{{"INDIVIDUAL", 1}, {"ROOM", 2}, {"RESOURCE", 3}, {"GROUP", 4}}};
+
+int availabilityNumber(icalcomponent* component) {
+    std::optional<int> busyStatus;
+    forEachProperty(component, ICAL_X_PROPERTY, [&](icalproperty* property) {
+        const char* name = icalproperty_get_x_name(property);
+        const char* value = icalproperty_get_value_as_string(property);
+        if (busyStatus || name == nullptr || value == nullptr) return;
+        if (upperCased(name) == "X-MICROSOFT-CDO-BUSYSTATUS") busyStatus = numberFor(busyStatuses, value);
+    });
+    if (busyStatus) return *busyStatus;
+    icalproperty* property = icalcomponent_get_first_property(component, ICAL_TRANSP_PROPERTY);
+    const bool transparent = property != nullptr && icalproperty_get_transp(property) == ICAL_TRANSP_TRANSPARENT;
+    return transparent ? 1 : 0;
+}
+
+std::optional<std::string> parameterText(icalproperty* property, const char* name) {
+    // The generic reader gives the text as it stands, also of values that the library's enumerations do not know.
+    char* text = icalproperty_get_parameter_as_string_r(property, name);
+    if (text == nullptr) return std::nullopt;
+    std::string result = repairedUtf8(text);
+    icalmemory_free_buffer(text);
+    return result;
+}
+
+/// A parameter's number: `absent` where it is missing, 0 where its value is unknown.
+template <std::size_t Count>
+int parameterNumber(icalproperty* property, const char* name, const NumberTable<Count>& table, int absent) {
+    const auto text = parameterText(property, name);
+    return text ? numberFor(table, *text).value_or(0) : absent;
+}
+
+struct ParticipantDefaults {
+    int status, role, type;
+};
+
+EventParticipant participant(icalproperty* property, const ParticipantDefaults& absent,
+                             const std::vector<std::string>& userAddresses) {
+    EventParticipant result;
+    result.name = parameterText(property, "CN");
+    if (const char* address = icalproperty_get_value_as_string(property)) result.url = repairedUtf8(address);
+    result.status = parameterNumber(property, "PARTSTAT", participationStatuses, absent.status);
+    result.role = parameterNumber(property, "ROLE", roles, absent.role);
+    result.type = parameterNumber(property, "CUTYPE", userTypes, absent.type);
+    std::string address = lowercased(result.url ? trimmed(*result.url) : "");
+    if (address.starts_with("mailto:")) address.erase(0, 7);
+    result.isCurrentUser = std::find(userAddresses.begin(), userAddresses.end(), address) != userAddresses.end();
+    return result;
+}
+
+std::optional<ExtraDate> extraDate(icalproperty* property) {
+    const icaldatetimeperiodtype value = icalproperty_get_rdate(property);
+    const bool isPeriod = icaltime_is_null_time(value.time) != 0;
+    const auto start = eventTime(isPeriod ? value.period.start : value.time, property);
+    if (!start) return std::nullopt;
+    ExtraDate result{*start, std::nullopt, std::nullopt};
+    if (!isPeriod) return result;
+    if (icaltime_is_null_time(value.period.end) == 0)
+        result.end = eventTime(value.period.end, property);
+    else
+        result.duration = eventDuration(value.period.duration);
+    return result;
+}
+
+std::string valueText(icalproperty* property) {
+    char* text = icalproperty_get_value_as_string_r(property);
+    std::string result = text == nullptr ? "" : text;
+    icalmemory_free_buffer(text);
+    return result;
+}
+
+void readRecurrence(icalcomponent* component, EventComponent& event) {
+    event.recurrenceId = firstTime(component, ICAL_RECURRENCEID_PROPERTY);
+    if (icalproperty* id = icalcomponent_get_first_property(component, ICAL_RECURRENCEID_PROPERTY)) {
+        const auto range = parameterText(id, "RANGE");
+        event.thisAndFuture = range && upperCased(*range) == "THISANDFUTURE";
+    }
+    forEachProperty(component, ICAL_RRULE_PROPERTY, [&](auto* p) { event.rules.push_back(valueText(p)); });
+    forEachProperty(component, ICAL_EXRULE_PROPERTY, [&](auto* p) { event.excludedRules.push_back(valueText(p)); });
+    forEachProperty(component, ICAL_RDATE_PROPERTY, [&](auto* p) {
+        if (auto date = extraDate(p)) event.extraDates.push_back(std::move(*date));
+    });
+    forEachProperty(component, ICAL_EXDATE_PROPERTY, [&](auto* p) {
+        if (auto date = eventTime(icalproperty_get_exdate(p), p)) event.excludedDates.push_back(std::move(*date));
+    });
+}
+
+void readParticipants(icalcomponent* component, EventComponent& event, const std::vector<std::string>& userAddresses) {
+    if (icalproperty* organizer = icalcomponent_get_first_property(component, ICAL_ORGANIZER_PROPERTY))
+        event.organizer = participant(organizer, {.status = 0, .role = 0, .type = 1}, userAddresses);
+    forEachProperty(component, ICAL_ATTENDEE_PROPERTY, [&](icalproperty* p) {
+        if (!event.attendees) event.attendees.emplace();
+        event.attendees->push_back(participant(p, {.status = 1, .role = 1, .type = 1}, userAddresses));
+    });
+}
+
+std::optional<EventComponent> eventComponent(icalcomponent* component, const std::vector<std::string>& userAddresses) {
+    const auto start = firstTime(component, ICAL_DTSTART_PROPERTY);
+    if (!start) return std::nullopt;
+    EventComponent event;
+    event.start = *start;
+    event.end = firstTime(component, ICAL_DTEND_PROPERTY);
+    if (icalproperty* p = icalcomponent_get_first_property(component, ICAL_DURATION_PROPERTY))
+        event.duration = eventDuration(icalproperty_get_duration(p));
+    event.uid = firstText(component, ICAL_UID_PROPERTY).value_or("");
+    if (icalproperty* p = icalcomponent_get_first_property(component, ICAL_SEQUENCE_PROPERTY))
+        event.sequence = icalproperty_get_sequence(p);
+    event.summary = firstText(component, ICAL_SUMMARY_PROPERTY);
+    event.location = firstText(component, ICAL_LOCATION_PROPERTY);
+    event.description = firstText(component, ICAL_DESCRIPTION_PROPERTY);
+    event.url = firstText(component, ICAL_URL_PROPERTY);
+    event.status = statusNumber(component);
+    event.availability = availabilityNumber(component);
+    if (const auto changed = firstTime(component, ICAL_LASTMODIFIED_PROPERTY))
+        event.lastModified = Instant{changed->wall.time_since_epoch()};
+    readRecurrence(component, event);
+    readParticipants(component, event, userAddresses);
+    return event;
+}
+
+} // namespace
+
+std::vector<EventComponent> parseEvents(std::string_view components, const std::vector<std::string>& userAddresses) {
+    std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n";
+    text.reserve(text.size() + components.size() + 20);
+    text += components;
+    std::replace(text.begin(), text.end(), '\0', '?'); // libical reads C strings
+    text += "\r\nEND:VCALENDAR\r\n";
+    const ComponentPointer calendar(icalparser_parse_string(text.c_str()));
+    std::vector<EventComponent> events;
+    if (calendar == nullptr) return events;
+    for (icalcomponent* c = icalcomponent_get_first_component(calendar.get(), ICAL_VEVENT_COMPONENT); c != nullptr;
+         c = icalcomponent_get_next_component(calendar.get(), ICAL_VEVENT_COMPONENT))
+        if (auto event = eventComponent(c, userAddresses)) events.push_back(std::move(*event));
+    return events;
+}
+
+} // namespace vesk::vdir

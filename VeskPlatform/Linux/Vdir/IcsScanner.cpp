@@ -1,0 +1,244 @@
+#include "VeskPlatform/Linux/Vdir/IcsScanner.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <unordered_map>
+
+namespace vesk::vdir {
+namespace {
+
+char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+/// Whether `text` begins with `word`, case aside; `word` is in upper case.
+bool beginsWith(std::string_view text, std::string_view word) {
+    return text.size() >= word.size()
+           && std::equal(word.begin(), word.end(), text.begin(), [](char w, char c) { return w == upper(c); });
+}
+
+bool equals(std::string_view text, std::string_view word) {
+    return text.size() == word.size() && beginsWith(text, word);
+}
+
+/// The part behind the first colon outside quotation marks.
+std::string_view valueOf(std::string_view line) {
+    bool quoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"')
+            quoted = !quoted;
+        else if (line[i] == ':' && !quoted)
+            return line.substr(i + 1);
+    }
+    return {};
+}
+
+/// The day of a value that begins with the eight digits of a date.
+std::optional<std::int32_t> dayOf(std::string_view value) {
+    using namespace std::chrono;
+    if (value.size() < 8 || !std::all_of(value.begin(), value.begin() + 8, [](char c) { return c >= '0' && c <= '9'; }))
+        return std::nullopt;
+    const auto number = [&](std::size_t at, std::size_t count) {
+        int n = 0;
+        for (std::size_t i = at; i < at + count; ++i) n = n * 10 + (value[i] - '0');
+        return n;
+    };
+    const year_month_day date{year{number(0, 4)}, month{static_cast<unsigned>(number(4, 2))},
+                              day{static_cast<unsigned>(number(6, 2))}};
+    if (!date.ok()) return std::nullopt;
+    return static_cast<std::int32_t>(local_days{date}.time_since_epoch().count());
+}
+
+/// The whole days that a DURATION (RFC 5545, section 3.3.6) takes at most.
+std::int32_t daysOfDuration(std::string_view value) {
+    double total = 0, number = 0;
+    for (const char c : value) {
+        if (c >= '0' && c <= '9') {
+            number = number * 10 + (c - '0');
+            continue;
+        }
+        switch (upper(c)) {
+        case 'W': total += number * 7; break;
+        case 'D': total += number; break;
+        case 'H': total += number / 24; break;
+        case 'M': total += number / 1440; break;
+        case 'S': total += number / 86400; break;
+        default: break;
+        }
+        number = 0;
+    }
+    return total < 4e6 ? static_cast<std::int32_t>(total) + 1 : DaySpan::unbounded;
+}
+
+/// What the lines of one VEVENT have told so far.
+struct OpenEvent {
+    ScannedEvent event;
+    std::optional<std::int32_t> start, end, duration;
+
+    void finish() {
+        if (!start) {
+            event.span = {INT32_MIN, DaySpan::unbounded};
+            return;
+        }
+        std::int32_t last = end.value_or(*start);
+        if (duration) last = *duration == DaySpan::unbounded ? DaySpan::unbounded : std::max(last, *start + *duration);
+        event.span = {*start, std::max(*start, last)};
+    }
+};
+
+/// Real files nest three deep; more than this is no calendar.
+constexpr std::size_t maximumDepth = 64;
+
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : text_(text) {}
+
+    ScannedFile run() {
+        if (text_.starts_with("\xEF\xBB\xBF")) next_ = 3;
+        while (next_ < text_.size()) readLine();
+        if (!open_.empty() || !sawCalendar_) result_.damaged = true;
+        groupIntoItems();
+        return std::move(result_);
+    }
+
+private:
+    struct OpenComponent {
+        std::string name;
+        std::size_t begin;
+    };
+
+    /// The physical line at `at`, without its line end; `at` moves behind it.
+    std::string_view physicalLine(std::size_t& at) const {
+        const std::size_t end = std::min(text_.find('\n', at), text_.size());
+        std::string_view line = text_.substr(at, end - at);
+        at = std::min(end + 1, text_.size());
+        while (line.ends_with('\r')) line.remove_suffix(1);
+        return line;
+    }
+
+    /// `line` with the continuation lines (RFC 5545, section 3.1) that follow it.
+    std::string unfolded(std::string_view line) const {
+        std::string whole(line);
+        for (std::size_t at = next_; at < text_.size() && (text_[at] == ' ' || text_[at] == '\t');)
+            whole += physicalLine(at).substr(1);
+        return whole;
+    }
+
+    void readLine() {
+        const std::size_t begin = next_;
+        const std::string_view line = physicalLine(next_);
+        if (line.empty()) return;
+        switch (upper(line.front())) {
+        case 'B':
+            if (beginsWith(line, "BEGIN:")) return openComponent(line.substr(6), begin);
+            return;
+        case 'E':
+            if (beginsWith(line, "END:")) return closeComponent(line.substr(4));
+            break;
+        case 'D':
+        case 'R':
+        case 'T':
+        case 'U': break;
+        default: return;
+        }
+        if (open_.empty()) return;
+        if (open_.back().name == "VEVENT")
+            readEventProperty(line);
+        else if (open_.back().name == "VTIMEZONE")
+            readZoneProperty(line);
+    }
+
+    static std::string_view withoutTrailingBlanks(std::string_view name) {
+        while (name.ends_with(' ') || name.ends_with('\t')) name.remove_suffix(1);
+        return name;
+    }
+
+    void openComponent(std::string_view name, std::size_t begin) {
+        name = withoutTrailingBlanks(name);
+        if (open_.size() == maximumDepth) {
+            result_.damaged = true;
+            return;
+        }
+        OpenComponent component{std::string(name), begin};
+        for (char& c : component.name) c = upper(c);
+        if (component.name == "VCALENDAR") sawCalendar_ = true;
+        if (component.name == "VEVENT") event_ = {};
+        if (component.name == "VTIMEZONE") tzid_.clear();
+        open_.push_back(std::move(component));
+    }
+
+    void closeComponent(std::string_view name) {
+        name = withoutTrailingBlanks(name);
+        // An END closes the nearest component of its name; what lies between was cut off.
+        const auto found =
+            std::find_if(open_.rbegin(), open_.rend(), [&](const auto& c) { return equals(name, c.name); });
+        if (found == open_.rend()) {
+            result_.damaged = true;
+            return;
+        }
+        if (found != open_.rbegin()) result_.damaged = true;
+        const bool whole = found == open_.rbegin();
+        const OpenComponent component = *found;
+        open_.erase(std::prev(found.base()), open_.end());
+        const TextRange range{component.begin, next_};
+        if (component.name == "VEVENT" && whole) {
+            event_.event.range = range;
+            event_.finish();
+            result_.events.push_back(std::move(event_.event));
+        } else if (component.name == "VTIMEZONE" && whole) {
+            result_.zones.push_back({std::move(tzid_), range});
+        }
+    }
+
+    static bool isProperty(std::string_view line, std::string_view name) {
+        return beginsWith(line, name) && line.size() > name.size()
+               && (line[name.size()] == ':' || line[name.size()] == ';');
+    }
+
+    void readEventProperty(std::string_view line) {
+        if (isProperty(line, "DTSTART"))
+            event_.start = dayOf(valueOf(unfolded(line)));
+        else if (isProperty(line, "DTEND"))
+            event_.end = dayOf(valueOf(unfolded(line)));
+        else if (isProperty(line, "DURATION"))
+            event_.duration = daysOfDuration(valueOf(unfolded(line)));
+        else if (isProperty(line, "UID"))
+            event_.event.uid = valueOf(unfolded(line));
+        else if (isProperty(line, "RECURRENCE-ID"))
+            event_.event.isOverride = true;
+        else if (isProperty(line, "RRULE") || isProperty(line, "RDATE") || isProperty(line, "EXRULE"))
+            event_.event.recurs = true;
+    }
+
+    void readZoneProperty(std::string_view line) {
+        if (isProperty(line, "TZID")) tzid_ = valueOf(unfolded(line));
+    }
+
+    void groupIntoItems() {
+        std::unordered_map<std::string_view, std::size_t> itemOfUid;
+        for (std::size_t i = 0; i < result_.events.size(); ++i) {
+            const ScannedEvent& event = result_.events[i];
+            std::size_t item = result_.items.size();
+            if (!event.uid.empty()) item = itemOfUid.try_emplace(event.uid, item).first->second;
+            if (item == result_.items.size()) result_.items.push_back({{}, event.span, false});
+            ScannedItem& target = result_.items[item];
+            target.events.push_back(i);
+            target.span.first = std::min(target.span.first, event.span.first);
+            target.span.last = std::max(target.span.last, event.span.last);
+            target.recurs = target.recurs || event.recurs;
+        }
+    }
+
+    std::string_view text_;
+    std::size_t next_ = 0;
+    bool sawCalendar_ = false;
+    std::vector<OpenComponent> open_;
+    OpenEvent event_;
+    std::string tzid_;
+    ScannedFile result_;
+};
+
+} // namespace
+
+ScannedFile scanCalendarText(std::string_view text) { return Scanner(text).run(); }
+
+} // namespace vesk::vdir

@@ -1,0 +1,238 @@
+#include "VeskPlatform/Linux/Vdir/VdirEventStore.hpp"
+
+#include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
+#include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
+#include "VeskPlatform/Linux/Vdir/IndexedCollection.hpp"
+#include "VeskPlatform/Linux/Vdir/NewEventText.hpp"
+#include "VeskPlatform/Linux/Vdir/Parallel.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/Text.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <libical/ical.h>
+#include <map>
+#include <random>
+#include <system_error>
+
+namespace vesk {
+namespace {
+
+using namespace vdir;
+
+/// A random UUID (RFC 9562, version 4) in lower case.
+std::string randomUuid() {
+    std::random_device source;
+    std::uint32_t words[4];
+    for (std::uint32_t& word : words) word = source();
+    words[1] = (words[1] & 0xFFFF0FFF) | 0x00004000;
+    words[2] = (words[2] & 0x3FFFFFFF) | 0x80000000;
+    char text[37];
+    std::snprintf(text, sizeof text, "%08x-%04x-%04x-%04x-%04x%08x", words[0], words[1] >> 16, words[1] & 0xFFFF,
+                  words[2] >> 16, words[2] & 0xFFFF, words[3]);
+    return text;
+}
+
+std::vector<std::string> normalizedAddresses(const std::vector<std::string>& addresses) {
+    std::vector<std::string> result;
+    for (const std::string& address : addresses) {
+        std::string normalized = lowercased(trimmed(address));
+        if (normalized.starts_with("mailto:")) normalized.erase(0, 7);
+        if (!normalized.empty()) result.push_back(std::move(normalized));
+    }
+    return result;
+}
+
+CalendarEvent eventOf(const Occurrence& occurrence, std::shared_ptr<const EventCalendar> calendar) {
+    const EventComponent& component = *occurrence.component;
+    CalendarEvent event;
+    event.identifier = component.uid;
+    event.calendar = std::move(calendar);
+    event.title = component.summary;
+    event.start = occurrence.start;
+    event.end = occurrence.end;
+    event.allDay = component.start.isDate();
+    event.location = component.location;
+    event.notes = component.description;
+    event.url = component.url;
+    event.status = component.status;
+    event.availability = component.availability;
+    event.lastModified = component.lastModified;
+    event.hasRecurrenceRules = occurrence.hasRecurrenceRules;
+    event.organizer = component.organizer;
+    event.attendees = component.attendees;
+    return event;
+}
+
+EventCalendar calendarOf(const Collection& collection) {
+    return {collection.identifier, collection.title, collection.sourceTitle, collection.writable};
+}
+
+/// The index keys its rows by this, so that one folder has one row whatever the way to it.
+std::string absolutePath(const std::string& path) {
+    std::error_code failed;
+    const auto canonical = std::filesystem::canonical(path, failed);
+    return failed ? path : canonical.string();
+}
+
+} // namespace
+
+struct VdirEventStore::State {
+    State(VdirEventStoreOptions given, Clock& systemClock)
+        : options(std::move(given)), clock(systemClock), userAddresses(normalizedAddresses(options.userAddresses)),
+          zones(std::make_shared<LocalCalendar>(options.timeZone), options.log),
+          database(options.cacheFolder.empty() ? "" : options.cacheFolder + "/calendars.sqlite") {
+        icalerror_set_errors_are_fatal(0); // a bad file is no reason to abort
+    }
+
+    const std::vector<Collection>& collections() {
+        if (!found)
+            found = findCollections(options.root, ".ics", [&](const std::string& path, int errnoValue) {
+                unreadable.push_back(path);
+                options.log("calendar-store folder unreadable errno=" + std::to_string(errnoValue));
+            });
+        return *found;
+    }
+
+    /// The files of a collection; none where its folder cannot be read any more.
+    IndexedCollection* indexed(const Collection& collection) {
+        auto& slot = indexes[collection.identifier];
+        if (slot == nullptr) {
+            try {
+                slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), database, zones);
+            } catch (const PosixError& error) {
+                options.log("calendar-store folder unreadable errno=" + std::to_string(error.code()));
+                return nullptr;
+            }
+            const std::size_t damaged = slot->damagedFiles().size();
+            if (damaged > 0)
+                options.log("calendar-store files unreadable kind=damaged count=" + std::to_string(damaged));
+        }
+        return slot.get();
+    }
+
+    const Collection* collectionNamed(const std::string& identifier) {
+        for (const Collection& collection : collections())
+            if (collection.identifier == identifier) return &collection;
+        return nullptr;
+    }
+
+    /// The occurrences of the candidates' items in [from, to), by file name and place in the file.
+    std::vector<CalendarEvent> occurrences(const Collection& collection, const std::string& folder,
+                                           const std::vector<Candidate>& candidates, Instant from, Instant to) {
+        const auto calendar = std::make_shared<const EventCalendar>(calendarOf(collection));
+        std::vector<std::vector<CalendarEvent>> perFile(candidates.size());
+        inParallel(candidates.size(), 32, [&](std::size_t i) {
+            const auto file = readCalendarFile(folder + "/" + candidates[i].fileName);
+            if (!file) return;
+            const ZoneFinder zoneOf = zoneFinder(*file, zones);
+            for (const std::size_t item : candidates[i].items) {
+                if (item >= file->scanned.items.size()) continue;
+                const auto components = parseItem(*file, item, userAddresses);
+                for (const Occurrence& occurrence : occurrencesOf(components, from, to, zoneOf).occurrences)
+                    perFile[i].push_back(eventOf(occurrence, calendar));
+            }
+        });
+        std::vector<CalendarEvent> result;
+        for (auto& events : perFile)
+            result.insert(result.end(), std::make_move_iterator(events.begin()), std::make_move_iterator(events.end()));
+        return result;
+    }
+
+    std::optional<CalendarEvent> firstOf(const CalendarFile& file, std::size_t item, const Collection& collection) {
+        const auto components = parseItem(file, item, userAddresses);
+        const auto first = firstOccurrence(components, zoneFinder(file, zones));
+        if (!first) return std::nullopt;
+        return eventOf(*first, std::make_shared<const EventCalendar>(calendarOf(collection)));
+    }
+
+    VdirEventStoreOptions options;
+    Clock& clock;
+    std::vector<std::string> userAddresses;
+    Zones zones;
+    IndexDatabase database;
+    std::optional<std::vector<Collection>> found;
+    std::vector<std::string> unreadable;
+    std::map<std::string, std::unique_ptr<IndexedCollection>> indexes;
+};
+
+VdirEventStore::VdirEventStore(VdirEventStoreOptions options, Clock& clock)
+    : state_(std::make_unique<State>(std::move(options), clock)) {}
+
+VdirEventStore::~VdirEventStore() = default;
+
+std::vector<EventCalendar> VdirEventStore::calendars() {
+    std::vector<EventCalendar> result;
+    for (const Collection& collection : state_->collections()) result.push_back(calendarOf(collection));
+    return result;
+}
+
+std::vector<CalendarEvent> VdirEventStore::events(Instant from, Instant to,
+                                                  const std::vector<std::string>& calendarIdentifiers) {
+    std::vector<CalendarEvent> result;
+    for (const Collection& collection : state_->collections()) {
+        const auto& wanted = calendarIdentifiers;
+        if (std::find(wanted.begin(), wanted.end(), collection.identifier) == wanted.end()) continue;
+        IndexedCollection* indexed = state_->indexed(collection);
+        if (indexed == nullptr) continue;
+        auto events = state_->occurrences(collection, indexed->path(), indexed->overlapping(from, to), from, to);
+        result.insert(result.end(), std::make_move_iterator(events.begin()), std::make_move_iterator(events.end()));
+        indexed->save();
+    }
+    return result;
+}
+
+std::optional<CalendarEvent> VdirEventStore::event(const std::string& identifier) {
+    if (identifier.empty()) return std::nullopt;
+    for (const Collection& collection : state_->collections()) {
+        IndexedCollection* indexed = state_->indexed(collection);
+        if (indexed == nullptr) continue;
+        indexed->save();
+        for (const Candidate& candidate : indexed->withUid(identifier)) {
+            const auto file = readCalendarFile(indexed->path() + "/" + candidate.fileName);
+            if (!file) continue;
+            for (const std::size_t item : candidate.items) {
+                if (item >= file->scanned.items.size()) continue;
+                const auto event = state_->firstOf(*file, item, collection);
+                if (event && event->identifier == identifier) return event;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+CalendarEvent VdirEventStore::save(const NewEvent& event) {
+    const Collection* collection = state_->collectionNamed(event.calendarIdentifier);
+    if (collection == nullptr) throw ErrorRecord("VdirEventStore", 404, "The calendar does not exist any more.");
+    if (!collection->writable)
+        throw ErrorRecord("VdirEventStore", 403, "The calendar \"" + collection->title + "\" does not allow changes.");
+    const std::string uid = randomUuid();
+    CalendarFile file{newEventText(event, uid, state_->clock.now(), *state_->zones.local()), {}};
+    file.scanned = scanCalendarText(file.bytes);
+    auto saved = file.scanned.items.empty() ? std::nullopt : state_->firstOf(file, 0, *collection);
+    if (!saved) throw ErrorRecord("VdirEventStore", 400, "The event's dates cannot be written.");
+    createFileDurably(collection->path, uid + ".ics", file.bytes);
+    state_->indexes.erase(collection->identifier);
+    return *saved;
+}
+
+VdirSurvey VdirEventStore::survey() {
+    VdirSurvey survey;
+    for (const Collection& collection : state_->collections()) {
+        ++survey.collections;
+        IndexedCollection* indexed = state_->indexed(collection);
+        if (indexed == nullptr) {
+            survey.unreadableFolders.push_back(collection.path);
+            continue;
+        }
+        survey.files += indexed->fileCount();
+        for (const std::string& name : indexed->damagedFiles())
+            survey.damagedFiles.push_back(collection.path + "/" + name);
+        indexed->save();
+    }
+    survey.unreadableFolders.insert(survey.unreadableFolders.end(), state_->unreadable.begin(),
+                                    state_->unreadable.end());
+    return survey;
+}
+
+} // namespace vesk
