@@ -30,9 +30,9 @@ target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})
 find_path(VESK_INCLUDE_ASIO asio.hpp REQUIRED)
 add_library(third_asio INTERFACE)
 target_include_directories(third_asio SYSTEM INTERFACE ${VESK_INCLUDE_ASIO})
-# This release of asio knows the coroutines of g++ only; those of clang 16 are the standard ones too. And it frees with
-# free() or operator delete by whether a standard header happened to come before it, so that two files disagree about one
-# coroutine's frame: it is told to use operator new and delete in each.
+# asio finds std::aligned_alloc only where a standard header came before its own: some sources would allocate with what
+# others do not free.
+# This release of asio knows the coroutines of g++ only; those of clang 16 are the standard ones too.
 target_compile_definitions(third_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_HAS_CO_AWAIT=1
   ASIO_DISABLE_STD_ALIGNED_ALLOC)
 target_link_libraries(third_asio INTERFACE Threads::Threads)
