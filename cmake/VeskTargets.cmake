@@ -6,8 +6,10 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/vesk)
+# Programs look for their modules in ../lib/vesk from where they lie.
+set(VESK_OUTPUT_DIR ${CMAKE_BINARY_DIR} CACHE PATH "Folder of bin/ (programs) and lib/vesk/ (modules)")
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${VESK_OUTPUT_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${VESK_OUTPUT_DIR}/lib/vesk)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(VESK_CCACHE ccache)
@@ -21,7 +23,10 @@ if(VESK_WARNINGS_AS_ERRORS)
   target_compile_options(vesk_flags INTERFACE -Werror)
 endif()
 target_compile_options(vesk_flags INTERFACE -ffunction-sections -fdata-sections)
-target_link_options(vesk_flags INTERFACE -Wl,--gc-sections -Wl,--exclude-libs,ALL)
+target_link_options(vesk_flags INTERFACE -Wl,--gc-sections)
+if(NOT VESK_FUZZ) # libFuzzer shares library symbols with libstdc++, and crashes on copies of its own
+  target_link_options(vesk_flags INTERFACE -Wl,--exclude-libs,ALL)
+endif()
 target_include_directories(vesk_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
 # One static library per layer or adapter; headers are named from the root of the repository.
