@@ -2,7 +2,6 @@
 
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -23,8 +22,7 @@ std::string requiredProgram(const std::string& name, const std::string& package)
     return *path;
 }
 
-/// Starts a server; `inherited` stays open in it.
-pid_t start(const std::vector<std::string>& arguments, int inherited = -1) {
+pid_t start(const std::vector<std::string>& arguments) {
     std::vector<char*> pointers;
     for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
     pointers.push_back(nullptr);
@@ -32,7 +30,6 @@ pid_t start(const std::vector<std::string>& arguments, int inherited = -1) {
     if (child != 0) return child;
     const int null = ::open("/dev/null", O_RDWR);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
-    if (inherited >= 0) ::fcntl(inherited, F_SETFD, 0);
     ::execv(pointers[0], pointers.data());
     ::_exit(127);
 }
@@ -54,32 +51,20 @@ std::string outputOf(const std::vector<std::string>& arguments) {
     return result && result->status == 0 ? firstLine(result->output) : "";
 }
 
-std::string readDisplayNumber(int pipe) {
-    std::array<char, 16> text{};
-    pollfd wait{pipe, POLLIN, 0};
-    if (::poll(&wait, 1, 15000) <= 0 || ::read(pipe, text.data(), text.size() - 1) <= 0)
-        throw std::runtime_error("Xvfb does not start");
-    return firstLine(text.data());
-}
-
 } // namespace
 
 VirtualDesktop::VirtualDesktop() {
     const std::string server = requiredProgram("Xvfb", "xvfb"), manager = requiredProgram("openbox", "openbox");
-    requiredProgram("xdotool", "xdotool");
-    std::array<int, 2> pipe{};
-    if (::pipe2(pipe.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    servers_.push_back(start(
-        {server, "-displayfd", std::to_string(pipe[1]), "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"},
-        pipe[1]));
-    ::close(pipe[1]);
-    display_ = ":" + readDisplayNumber(pipe[0]);
-    ::close(pipe[0]);
+    const std::string xdotool = requiredProgram("xdotool", "xdotool");
+    // A number of our own: servers that look for a free one remove each other's sockets when they start at once.
+    display_ = ":" + std::to_string(100 + ::getpid() % 50000);
+    servers_.push_back(start({server, display_, "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"}));
     setVariable("DISPLAY", display_);
     setVariable("HOME", folder_.path());
     setVariable("XDG_RUNTIME_DIR", folder_.path());
     setVariable("NO_AT_BRIDGE", "1");
     setVariable("GSETTINGS_BACKEND", "memory");
+    eventually("the X server", [&] { return outputOf({xdotool, "getdisplaygeometry"}); });
     servers_.push_back(start({manager}));
 }
 
