@@ -23,7 +23,10 @@ if(VESK_WARNINGS_AS_ERRORS)
   target_compile_options(vesk_flags INTERFACE -Werror)
 endif()
 target_compile_options(vesk_flags INTERFACE -ffunction-sections -fdata-sections)
-target_link_options(vesk_flags INTERFACE -Wl,--gc-sections -Wl,--exclude-libs,ALL)
+target_link_options(vesk_flags INTERFACE -Wl,--gc-sections)
+if(NOT VESK_FUZZ) # libFuzzer shares library symbols with libstdc++, and crashes on copies of its own
+  target_link_options(vesk_flags INTERFACE -Wl,--exclude-libs,ALL)
+endif()
 target_include_directories(vesk_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
 # One static library per layer or adapter; headers are named from the root of the repository.

@@ -33,10 +33,10 @@ ConsentDatabaseError databaseError(const SqliteFailure& failure, const std::stri
     case SQLITE_ERROR: // our own statements are right, so the tables are not
     case SQLITE_CORRUPT:
     case SQLITE_CONSTRAINT:
-    case SQLITE_NOTADB: return damaged(path, failure.text);
+    case SQLITE_NOTADB: return damaged(path, failure.what());
     case SQLITE_READONLY: return {code, name + " cannot be written."};
     case SQLITE_FULL: return {code, name + " cannot be written: the disk is full."};
-    default: return {code, name + " cannot be used: " + failure.text + "."};
+    default: return {code, name + " cannot be used: " + failure.what() + "."};
     }
 }
 

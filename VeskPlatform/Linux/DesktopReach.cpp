@@ -62,7 +62,7 @@ bool x11Answers(const std::string& display) {
     const auto end = std::min(display.find('.', colon), display.size());
     const std::string number = display.substr(colon + 1, end - colon - 1);
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    if (number.empty() || number.size() > 4 || !std::all_of(number.begin(), number.end(), isDigit)) return false;
+    if (number.empty() || number.size() > 5 || !std::all_of(number.begin(), number.end(), isDigit)) return false;
     if (!host.empty() && host != "unix") return remoteDisplayAnswers(host, std::stoi(number));
     const std::string path = "/tmp/.X11-unix/X" + number;
     return localSocketAnswers(std::string(1, '\0') + path) || localSocketAnswers(path);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -13,9 +14,9 @@ struct sqlite3_stmt;
 namespace vesk {
 
 /// A failure of SQLite: the extended result code and SQLite's own text. Its users say what it means for people.
-struct SqliteFailure {
+struct SqliteFailure : std::runtime_error {
+    SqliteFailure(int resultCode, const std::string& text) : std::runtime_error(text), code(resultCode) {}
     int code;
-    std::string text;
 };
 
 /// An open database; closed with the object. Functions throw SqliteFailure.

@@ -27,8 +27,6 @@ constexpr const char* trustRow = "accessibility";
 constexpr AuthorizationStatus notDetermined = static_cast<int>(ConsentState::notDetermined);
 constexpr AuthorizationStatus granted = static_cast<int>(ConsentState::granted);
 
-Task<AccessAnswer> called(std::function<AccessAnswer()> function) { co_return function(); }
-
 } // namespace
 
 std::string consentRow(const std::string& capabilityId) {
@@ -60,23 +58,23 @@ Task<AccessAnswer> SqliteConsent::request(std::string row) {
     const AuthorizationStatus status = statusOf(row);
     if (status != notDetermined) co_return AccessAnswer{status == granted, std::nullopt};
     if (!thread_) thread_ = std::make_unique<asio::thread_pool>(1);
-    // Named on purpose: g++ 12 destroys a temporary of an awaited expression twice.
-    std::function<AccessAnswer()> asking = [this, row] { return askAndStore(row); };
-    // The awaiting coroutine is resumed on its own executor, and its work is counted there while it waits.
-    co_return co_await asio::co_spawn(*thread_, called(std::move(asking)), asio::use_awaitable);
+    // The awaiting coroutine is resumed on its own executor, and its work is counted there while it waits. The task is
+    // a variable of its own, since g++ 12 destroys temporaries of an awaited expression twice.
+    Task<AccessAnswer> question = askAndStore(row);
+    co_return co_await asio::co_spawn(*thread_, std::move(question), asio::use_awaitable);
 }
 
-AccessAnswer SqliteConsent::askAndStore(const std::string& row) {
+Task<AccessAnswer> SqliteConsent::askAndStore(std::string row) {
     const auto [title, summary] = describe_(row);
     const auto given = prompt_.ask(title, summary);
-    if (!given || given->answer == PromptAnswer::undecided) return {};
+    if (!given || given->answer == PromptAnswer::undecided) co_return AccessAnswer{};
     const auto state = given->answer == PromptAnswer::grant ? ConsentState::granted : ConsentState::denied;
     try {
         // Another run may have asked the same at the same time: the answer that came first stands.
         const auto standing = database_.decideFirst(row, {state, given->givenIn, formatUtcMilliseconds(clock_.now())});
-        return {standing == ConsentState::granted, std::nullopt};
+        co_return AccessAnswer{standing == ConsentState::granted, std::nullopt};
     } catch (const ConsentDatabaseError& error) {
-        return {false, error.description()};
+        co_return AccessAnswer{false, error.description()};
     }
 }
 

@@ -42,7 +42,7 @@ public:
 private:
     Task<AccessAnswer> request(std::string row);
     /// Asks and stores; on the thread.
-    AccessAnswer askAndStore(const std::string& row);
+    Task<AccessAnswer> askAndStore(std::string row);
 
     ConsentDatabase database_;
     ConsentPrompt& prompt_;

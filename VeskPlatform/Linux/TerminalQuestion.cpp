@@ -29,9 +29,9 @@ PromptAnswer meaning(std::string_view line) {
 }
 
 /// The line that was typed with its end; none after end of input, a hang-up or an interrupt.
-std::optional<std::string> readLine(asio::io_context& context, asio::posix::stream_descriptor& terminal) {
+std::optional<std::string> readLine(asio::io_context& context, asio::posix::stream_descriptor& terminal,
+                                    asio::signal_set& interrupt) {
     constexpr std::size_t longestLine = 4096; // the terminal's own limit
-    asio::signal_set interrupt(context, SIGINT);
     interrupt.async_wait([&](const std::error_code&, int) { terminal.cancel(); });
     std::string typed;
     std::optional<std::string> line;
@@ -51,10 +51,11 @@ std::optional<PromptAnswer> askOnTerminal(const std::string& question) {
     FileDescriptor file = openTerminal();
     if (!file) return std::nullopt;
     try {
-        writeAll(file, question + " [y/N] ", "/dev/tty");
         asio::io_context context(1);
+        asio::signal_set interrupt(context, SIGINT); // from before the question can be seen
+        writeAll(file, question + " [y/N] ", "/dev/tty");
         asio::posix::stream_descriptor terminal(context, file.release());
-        const auto line = readLine(context, terminal);
+        const auto line = readLine(context, terminal, interrupt);
         if (line) return meaning(*line);
         (void)::write(terminal.native_handle(), "\n", 1); // so that what follows begins on a line of its own
         return PromptAnswer::undecided;

@@ -1,0 +1,102 @@
+#include "tests/support/VirtualDesktop.hpp"
+
+#include "VeskPlatform/Linux/ChildProcess.hpp"
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vesk::test {
+
+namespace {
+
+constexpr std::chrono::seconds patience{15};
+
+std::string requiredProgram(const std::string& name, const std::string& package) {
+    const auto path = installedProgram(name);
+    if (!path) throw std::runtime_error(name + " is not installed: apt install " + package);
+    return *path;
+}
+
+pid_t start(const std::vector<std::string>& arguments) {
+    std::vector<char*> pointers;
+    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+    pointers.push_back(nullptr);
+    const pid_t child = ::fork();
+    if (child != 0) return child;
+    const int null = ::open("/dev/null", O_RDWR);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
+    ::execv(pointers[0], pointers.data());
+    ::_exit(127);
+}
+
+std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
+/// Calls `attempt` until it gives something else than an empty text.
+template <class Attempt> std::string eventually(const std::string& what, Attempt attempt) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (std::chrono::steady_clock::now() < deadline) {
+        if (std::string result = attempt(); !result.empty()) return result;
+        ::poll(nullptr, 0, 10); // X has no event for what another client is about to do
+    }
+    throw std::runtime_error("Waited in vain for " + what);
+}
+
+std::string outputOf(const std::vector<std::string>& arguments) {
+    const auto result = runProgram(arguments);
+    return result && result->status == 0 ? firstLine(result->output) : "";
+}
+
+} // namespace
+
+VirtualDesktop::VirtualDesktop() {
+    const std::string server = requiredProgram("Xvfb", "xvfb"), manager = requiredProgram("openbox", "openbox");
+    const std::string xdotool = requiredProgram("xdotool", "xdotool");
+    // A number of our own: servers that look for a free one remove each other's sockets when they start at once.
+    display_ = ":" + std::to_string(100 + ::getpid() % 50000);
+    servers_.push_back(start({server, display_, "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"}));
+    setVariable("DISPLAY", display_);
+    setVariable("HOME", folder_.path());
+    setVariable("XDG_RUNTIME_DIR", folder_.path());
+    setVariable("NO_AT_BRIDGE", "1");
+    setVariable("GSETTINGS_BACKEND", "memory");
+    eventually("the X server", [&] { return outputOf({xdotool, "getdisplaygeometry"}); });
+    servers_.push_back(start({manager}));
+}
+
+VirtualDesktop::~VirtualDesktop() {
+    for (auto server = servers_.rbegin(); server != servers_.rend(); ++server) {
+        ::kill(*server, SIGTERM);
+        ::waitpid(*server, nullptr, 0);
+    }
+    for (const std::string& name : variables_) ::unsetenv(name.c_str());
+}
+
+void VirtualDesktop::setVariable(const std::string& name, const std::string& value) {
+    ::setenv(name.c_str(), value.c_str(), 1);
+    variables_.push_back(name);
+}
+
+void VirtualDesktop::press(const std::string& title, const std::vector<std::string>& keys) {
+    const std::string xdotool = "/usr/bin/xdotool";
+    std::string window;
+    // Identifiers of windows are used again at once; the program behind one tells a new window from the last.
+    lastProgram_ = eventually("the window " + title, [&] {
+        window = outputOf({xdotool, "search", "--onlyvisible", "--name", "^" + title + "$"});
+        const std::string program = window.empty() ? "" : outputOf({xdotool, "getwindowpid", window});
+        return program == lastProgram_ ? "" : program;
+    });
+    eventually("the focus of " + title, [&] {
+        runProgram({xdotool, "windowactivate", window});
+        return outputOf({xdotool, "getwindowfocus"}) == window ? "focused" : "";
+    });
+    std::vector<std::string> arguments{xdotool, "key", "--clearmodifiers"};
+    arguments.insert(arguments.end(), keys.begin(), keys.end());
+    runProgram(arguments);
+}
+
+} // namespace vesk::test
