@@ -19,9 +19,13 @@ ErrorRecord gateError(GateFailure code, std::string message) {
     return {"VeskCapabilityBroker", code, std::move(message)};
 }
 
+bool isUndetermined(Platform& platform, PrivacyService service) {
+    return platform.consent().authorizationStatus(service) == undetermined;
+}
+
 Task<void> requestOnce(Platform& platform, PrivacyService service) {
-    if (platform.consent().authorizationStatus(service) == undetermined)
-        co_await platform.consent().requestAccess(service);
+    if (!isUndetermined(platform, service)) co_return;
+    co_await platform.consent().requestAccess(service);
 }
 
 /// Sends the request of `kind`. The status that it returns, if any, is fresher than what the report would find.
@@ -32,12 +36,12 @@ Task<std::optional<CapabilityStatus>> sendRequest(Platform& platform, Capability
     case CapabilityKind::microphone: co_await requestOnce(platform, PrivacyService::microphone); break;
     case CapabilityKind::accessibility: co_await platform.consent().promptForProcessTrust(); break;
     case CapabilityKind::calendar:
-        if (platform.consent().authorizationStatus(PrivacyService::events) == undetermined)
-            co_await requestEventAccess(platform);
+        if (!isUndetermined(platform, PrivacyService::events)) break;
+        co_await requestEventAccess(platform);
         break;
     case CapabilityKind::reminders:
-        if (platform.consent().authorizationStatus(PrivacyService::reminders) == undetermined)
-            co_await requestReminderAccess(platform);
+        if (!isUndetermined(platform, PrivacyService::reminders)) break;
+        co_await requestReminderAccess(platform);
         break;
     case CapabilityKind::contacts: co_await requestOnce(platform, PrivacyService::contacts); break;
     case CapabilityKind::fullDiskAccess:

@@ -30,8 +30,11 @@ target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})
 find_path(VESK_INCLUDE_ASIO asio.hpp REQUIRED)
 add_library(third_asio INTERFACE)
 target_include_directories(third_asio SYSTEM INTERFACE ${VESK_INCLUDE_ASIO})
+# asio finds std::aligned_alloc only where a standard header came before its own: some sources would allocate with what
+# others do not free.
 # This release of asio knows the coroutines of g++ only; those of clang 16 are the standard ones too.
-target_compile_definitions(third_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_HAS_CO_AWAIT=1)
+target_compile_definitions(third_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_HAS_CO_AWAIT=1
+  ASIO_DISABLE_STD_ALIGNED_ALLOC)
 target_link_libraries(third_asio INTERFACE Threads::Threads)
 # g++ 12 takes the frames of asio's coroutines for a mismatch: their operator new is inlined, their delete is not.
 target_compile_options(third_asio INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-mismatched-new-delete>)
