@@ -181,8 +181,11 @@ std::string LocalCalendar::vTimeZoneText(Instant start) const {
     icu::UnicodeString text;
     if (zone != nullptr) zone->writeSimple(toUDate(start), text, status);
     std::string result;
-    // ICU wraps the component in nothing, but some of its lines are for its own use only.
-    return text.toUTF8String(result);
+    text.toUTF8String(result);
+    // A line of ICU's own, of use to nobody else.
+    if (const std::size_t own = result.find("X-TZINFO:"); own != std::string::npos)
+        result.erase(own, result.find('\n', own) + 1 - own);
+    return result;
 }
 
 std::string LocalCalendar::isoText(Instant instant) const { return formatInternetDateTime(instant, offset(instant)); }
