@@ -6,9 +6,9 @@ namespace vesk {
 
 class Environment;
 
-/// Where the user's things are: the folder that its own variable names, else one under the XDG base directories (XDG
-/// Base Directory Specification 0.8: a relative path in an XDG variable is ignored). Empty where the variable is not
-/// set and the user has no home. Nothing is created.
+/// Where the user's things are: the folder that its own variable names, else one under the XDG base directories
+/// (version 0.8: a relative path in an XDG variable is ignored). Empty where the variable is not set and the user has
+/// no home. Nothing is created.
 std::string calendarsFolder(Environment& environment);
 std::string remindersFolder(Environment& environment);
 std::string contactsFolder(Environment& environment);

@@ -13,8 +13,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(All, SerialQueueContract, Queues);
 TEST(ThreadSerialQueueTests, TheDestructorRunsWhatIsStillQueued) {
     int ran = 0;
     {
+        std::promise<void> gate; // outlives the queue, whose last blocks run when it ends
         ThreadSerialQueue queue;
-        std::promise<void> gate;
         queue.async([&gate] { gate.get_future().wait(); });
         for (int i = 0; i < 10; ++i) queue.async([&] { ++ran; });
         gate.set_value();
@@ -23,8 +23,8 @@ TEST(ThreadSerialQueueTests, TheDestructorRunsWhatIsStillQueued) {
 }
 
 TEST(ThreadSerialQueueTests, SubmittingDoesNotWaitForTheBlockBefore) {
-    ThreadSerialQueue queue;
     std::promise<void> gate;
+    ThreadSerialQueue queue;
     queue.async([&gate] { gate.get_future().wait(); });
     queue.async([] {}); // would never return if it waited
     gate.set_value();
