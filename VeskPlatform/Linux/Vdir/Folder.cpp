@@ -81,26 +81,45 @@ std::string readRegularFile(const std::string& path, std::size_t maximumBytes) {
     return bytes;
 }
 
-std::vector<ListedFile> listFiles(const std::string& path, std::string_view extension) {
+void FolderListing::append(std::string_view name) {
+    starts_.push_back(static_cast<std::uint32_t>(block_.size()));
+    block_.append(name).push_back('\0');
+}
+
+void FolderListing::remove(const std::vector<char>& gone) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < gone.size(); ++i) {
+        if (gone[i] != 0) continue;
+        starts_[kept] = starts_[i];
+        signatures[kept++] = signatures[i];
+    }
+    starts_.resize(kept);
+    signatures.resize(kept);
+}
+
+FolderListing listFiles(const std::string& path, std::string_view extension) {
     const DirectoryPointer directory = openFolder(path);
-    std::vector<ListedFile> files;
+    FolderListing listing;
     forEachVisibleEntry(directory.get(), [&](const dirent& entry) {
         const bool mayBeFile = entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
-        if (mayBeFile && hasExtension(entry.d_name, extension)) files.push_back({entry.d_name, {}});
+        if (mayBeFile && hasExtension(entry.d_name, extension)) listing.append(entry.d_name);
         return true;
     });
+    const std::size_t count = listing.starts_.size();
+    listing.signatures.resize(count);
+    std::vector<char> gone(count, 0);
     const int folder = ::dirfd(directory.get());
-    inParallel(files.size(), 512, [&](std::size_t i) {
+    inParallel(count, 512, [&](std::size_t i) {
         struct stat status {};
-        if (::fstatat(folder, files[i].name.c_str(), &status, 0) != 0 || !S_ISREG(status.st_mode)) {
-            files[i].name.clear();
+        if (::fstatat(folder, listing.name(i), &status, 0) != 0 || !S_ISREG(status.st_mode)) {
+            gone[i] = 1;
             return;
         }
-        files[i].signature = {status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim),
-                              static_cast<std::uint64_t>(status.st_size)};
+        listing.signatures[i] = {status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim),
+                                 static_cast<std::uint64_t>(status.st_size)};
     });
-    std::erase_if(files, [](const ListedFile& file) { return file.name.empty(); });
-    return files;
+    if (std::find(gone.begin(), gone.end(), 1) != gone.end()) listing.remove(gone);
+    return listing;
 }
 
 } // namespace vesk::vdir

@@ -52,50 +52,51 @@ IndexedCollection::IndexedCollection(std::string path, IndexDatabase& database, 
 
 void IndexedCollection::refresh() {
     const std::int64_t now = systemNanoseconds();
-    std::vector<ListedFile> listed = listFiles(path_, ".ics");
+    listing_ = listFiles(path_, ".ics");
     CollectionIndex known;
     if (const auto stored = database_.load(path_))
         known = CollectionIndex::decoded(*stored).value_or(CollectionIndex{});
+    const auto isSame = [](const IndexedFile& file, const FileSignature& listed) { return file.signature == listed; };
+    const auto& listed = listing_.signatures;
+    if (std::equal(known.files.begin(), known.files.end(), listed.begin(), listed.end(), isSame))
+        index_ = std::move(known);
+    else
+        rebuild(known, now);
+}
 
+void IndexedCollection::rebuild(const CollectionIndex& known, std::int64_t now) {
+    changed_ = true;
     std::unordered_map<std::uint64_t, std::size_t> placeOfInode;
     placeOfInode.reserve(known.files.size());
     for (std::size_t i = 0; i < known.files.size(); ++i) placeOfInode.emplace(known.files[i].signature.inode, i);
 
     constexpr std::size_t unknown = SIZE_MAX;
+    std::vector<std::size_t> places(listing_.size(), unknown);
     std::vector<bool> taken(known.files.size()); // two names of one file are two files
-    std::vector<std::size_t> places(listed.size(), unknown);
     std::vector<std::size_t> unread;
-    for (std::size_t i = 0; i < listed.size(); ++i) {
-        const auto place = placeOfInode.find(listed[i].signature.inode);
+    for (std::size_t i = 0; i < listing_.size(); ++i) {
+        const auto place = placeOfInode.find(listing_.signatures[i].inode);
         const bool unchanged = place != placeOfInode.end() && !taken[place->second]
-                               && known.files[place->second].signature == listed[i].signature;
+                               && known.files[place->second].signature == listing_.signatures[i];
         if (unchanged)
             taken[places[i] = place->second] = true;
         else
             unread.push_back(i);
     }
-    names_.resize(listed.size());
-    if (unread.empty() && listed.size() == known.files.size()) {
-        for (std::size_t i = 0; i < listed.size(); ++i) names_[places[i]] = std::move(listed[i].name);
-        index_ = std::move(known);
-        return;
-    }
-    changed_ = true;
     std::vector<ScannedFile> scanned(unread.size());
     inParallel(unread.size(), 64, [&](std::size_t i) {
-        auto file = readCalendarFile(path_ + "/" + listed[unread[i]].name);
+        auto file = readCalendarFile(pathOf(unread[i]));
         if (file)
             scanned[i] = std::move(file->scanned);
         else
             scanned[i].damaged = true;
     });
     auto nextScanned = scanned.begin();
-    for (std::size_t i = 0; i < listed.size(); ++i) {
+    for (std::size_t i = 0; i < listing_.size(); ++i) {
         if (places[i] == unknown)
-            index_.add(listed[i].signature, *nextScanned++);
+            index_.add(listing_.signatures[i], *nextScanned++);
         else
             index_.addFrom(known, places[i]);
-        names_[i] = std::move(listed[i].name);
     }
     index_.distrustRecentFiles(now);
 }
@@ -123,7 +124,7 @@ void IndexedCollection::learnDays(std::int32_t firstChunk, std::int32_t lastChun
     changed_ = true;
     inParallel(unknown.size(), 32, [&](std::size_t i) {
         const IndexedFile& indexed = index_.files[index_.items[unknown[i].front()].file];
-        const auto file = readCalendarFile(path_ + "/" + names_[index_.items[unknown[i].front()].file]);
+        const auto file = readCalendarFile(pathOf(index_.items[unknown[i].front()].file));
         for (const std::size_t place : unknown[i]) {
             const std::size_t ordinal = place - indexed.firstItem;
             std::vector<std::uint64_t> days(chunkCount, ~std::uint64_t{0});
@@ -162,7 +163,7 @@ template <class Predicate> std::vector<Candidate> IndexedCollection::candidates(
     for (std::size_t i = 0; i < index_.items.size(); ++i) {
         const IndexedItem& item = index_.items[i];
         if (!matches(item)) continue;
-        if (item.file != lastFile) result.push_back({names_[item.file], {}});
+        if (item.file != lastFile) result.push_back({nameOf(item.file), {}});
         lastFile = item.file;
         result.back().items.push_back(i - index_.files[item.file].firstItem);
     }
@@ -191,8 +192,8 @@ std::vector<Candidate> IndexedCollection::withUid(const std::string& uid) const 
 
 std::vector<std::string> IndexedCollection::damagedFiles() const {
     std::vector<std::string> result;
-    for (std::size_t i = 0; i < names_.size(); ++i)
-        if (index_.files[i].damaged != 0) result.push_back(names_[i]);
+    for (std::size_t i = 0; i < index_.files.size(); ++i)
+        if (index_.files[i].damaged != 0) result.emplace_back(nameOf(i));
     std::sort(result.begin(), result.end());
     return result;
 }

@@ -34,7 +34,10 @@ public:
     void save();
 
 private:
+    std::string pathOf(std::size_t file) const { return path_ + "/" + nameOf(file); }
+    const char* nameOf(std::size_t file) const { return listing_.name(file); }
     void refresh();
+    void rebuild(const CollectionIndex& known, std::int64_t now);
     void learnDays(std::int32_t firstChunk, std::int32_t lastChunk);
     void forgetChunksFarFrom(std::int32_t chunk);
     bool mayTouch(const IndexedItem& item, std::int32_t firstDay, std::int32_t lastDay) const;
@@ -44,8 +47,7 @@ private:
     IndexDatabase& database_;
     Zones& zones_;
     CollectionIndex index_;
-    /// By place in the index.
-    std::vector<std::string> names_;
+    FolderListing listing_; ///< In the order of the index's files.
     bool changed_ = false;
 };
 
