@@ -138,7 +138,10 @@ std::vector<std::string> split(std::string_view text, char separator) {
 
 CaseInsensitiveCollator::CaseInsensitiveCollator(const std::string& localeIdentifier) : collator_(nullptr) {
     UErrorCode status = U_ZERO_ERROR;
-    icu::Collator* made = icu::Collator::createInstance(icu::Locale::createFromName(localeIdentifier.c_str()), status);
+    // The order of the POSIX locale is that of bytes, with case as its first difference.
+    const bool isPosix = localeIdentifier.ends_with("_POSIX");
+    const auto locale = isPosix ? icu::Locale::getRoot() : icu::Locale::createFromName(localeIdentifier.c_str());
+    icu::Collator* made = icu::Collator::createInstance(locale, status);
     if (U_FAILURE(status)) {
         delete made;
         status = U_ZERO_ERROR;

@@ -67,5 +67,11 @@ TEST(Collation, IgnoresCaseAndFollowsTheLocale) {
     EXPECT_LT(unknown.compare("a", "B"), 0);
 }
 
+TEST(Collation, IgnoresCaseInThePosixLocaleToo) {
+    const CaseInsensitiveCollator posix("en_US_POSIX");
+    EXPECT_EQ(posix.compare("WORK", "work"), 0);
+    EXPECT_LT(posix.compare("alpha", "Beta"), 0);
+}
+
 } // namespace
 } // namespace vesk

@@ -88,10 +88,10 @@ path = {self.folder}/khal.db
         return lines
 
     def test_khal_shows_what_the_broker_created(self):
-        self.created("--title", "Größe; Umfang, \\n usw.", "--start", "2026-04-26 14:00", "--end", "2026-04-26T15:30",
+        self.created("--title", "Größe; Umfang, 'usw.'", "--start", "2026-04-26 14:00", "--end", "2026-04-26T15:30",
                      "--location", "Room 1, left", "--notes", "Bring tea")
         self.assertEqual(self.khal_list("2026-04-26"),
-                         ["2026-04-26 14:00|2026-04-26 15:30|Größe; Umfang, \\n usw.|Room 1, left|Bring tea|home"])
+                         ["2026-04-26 14:00|2026-04-26 15:30|Größe; Umfang, 'usw.'|Room 1, left|Bring tea|home"])
 
     def test_khal_shows_the_calendar_that_was_chosen(self):
         self.created("--title", "Sync", "--start", "2026-04-26 14:00", calendar="WORK")
