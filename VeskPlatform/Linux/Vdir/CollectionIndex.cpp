@@ -1,5 +1,7 @@
 #include "VeskPlatform/Linux/Vdir/CollectionIndex.hpp"
 
+#include "VeskSupport/Text.hpp"
+
 #include <algorithm>
 #include <cstring>
 #include <type_traits>
@@ -76,7 +78,7 @@ void CollectionIndex::add(const FileSignature& signature, const ScannedFile& sca
                      static_cast<std::uint32_t>(scanned.items.size()), scanned.damaged ? 1U : 0U, 0});
     for (const ScannedItem& item : scanned.items) {
         const std::string& uid = scanned.events[item.events.front()].uid;
-        items.push_back({hashOf(uid), item.span, file, IndexedItem::notRecurring});
+        items.push_back({hashOf(repairedUtf8(uid)), item.span, file, IndexedItem::notRecurring});
         if (!item.recurs) continue;
         items.back().recurring = static_cast<std::int32_t>(recurringCount++);
         for (auto& [chunk, masks] : chunks) masks.resize(recurringCount);

@@ -32,6 +32,17 @@ std::string_view valueOf(std::string_view line) {
     return {};
 }
 
+/// A TEXT value (RFC 5545, section 3.3.11) without its escapes.
+std::string textOf(std::string_view value) {
+    std::string text;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const bool escaped = value[i] == '\\' && i + 1 < value.size();
+        const char c = escaped ? value[++i] : value[i];
+        text += escaped && (c == 'n' || c == 'N') ? '\n' : c;
+    }
+    return text;
+}
+
 /// The day of a value that begins with the eight digits of a date.
 std::optional<std::int32_t> dayOf(std::string_view value) {
     using namespace std::chrono;
@@ -202,7 +213,7 @@ private:
         else if (isProperty(line, "DURATION"))
             event_.duration = daysOfDuration(valueOf(unfolded(line)));
         else if (isProperty(line, "UID"))
-            event_.event.uid = valueOf(unfolded(line));
+            event_.event.uid = textOf(valueOf(unfolded(line)));
         else if (isProperty(line, "RECURRENCE-ID"))
             event_.event.isOverride = true;
         else if (isProperty(line, "RRULE") || isProperty(line, "RDATE") || isProperty(line, "EXRULE"))

@@ -27,7 +27,7 @@ struct DaySpan {
 /// A whole VEVENT and what can be told about it without parsing it.
 struct ScannedEvent {
     TextRange range;
-    /// Unfolded, not trimmed; empty where there is none.
+    /// Unfolded and unescaped, not trimmed; empty where there is none.
     std::string uid;
     /// The days from start to end; without a readable DTSTART, every day.
     DaySpan span;
