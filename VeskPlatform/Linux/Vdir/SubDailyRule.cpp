@@ -97,7 +97,7 @@ private:
             for (const int s : seconds_) times.push_back(stepBegin + s);
         } else {
             for (const int m : minutes_)
-                for (const int s : seconds_) times.push_back(stepBegin + m * 60 + s);
+                for (const int s : seconds_) times.push_back(stepBegin + std::int64_t{m} * 60 + s);
         }
         std::sort(times.begin(), times.end());
         times.erase(std::unique(times.begin(), times.end()), times.end());

@@ -193,7 +193,7 @@ std::optional<CalendarEvent> VdirEventStore::event(const std::string& identifier
             if (!file) continue;
             for (const std::size_t item : candidate.items) {
                 if (item >= file->scanned.items.size()) continue;
-                const auto event = state_->firstOf(*file, item, collection);
+                auto event = state_->firstOf(*file, item, collection);
                 if (event && event->identifier == identifier) return event;
             }
         }
