@@ -43,7 +43,7 @@ std::vector<std::string> subFolders(const std::string& path) {
 }
 
 std::string titleOf(const std::string& path, std::string_view folderName) {
-    constexpr std::size_t longestTitle = 64 * 1024;
+    constexpr std::size_t longestTitle = 65536;
     std::string title;
     try {
         title = readRegularFile(path + "/displayname", longestTitle);

@@ -119,7 +119,7 @@ void IndexedCollection::rebuild(const CollectionIndex& known, std::int64_t now) 
 }
 
 void IndexedCollection::learnDays(std::int32_t firstChunk, std::int32_t lastChunk) {
-    const auto chunkCount = static_cast<std::size_t>(lastChunk - firstChunk + 1);
+    const auto chunkCount = static_cast<std::size_t>(lastChunk - firstChunk) + 1;
     std::vector<std::vector<DayMask>*> chunks;
     for (std::int32_t chunk = firstChunk; chunk <= lastChunk; ++chunk) {
         chunks.push_back(&index_.chunks[chunk]);

@@ -122,10 +122,10 @@ private:
 
     std::map<WallTime, const ExtraDate*> startsBetween(WallTime first, WallTime last, bool& cutOff) const {
         std::map<WallTime, const ExtraDate*> starts;
-        const auto untilOnWall = [&](Instant until) { return zoneOf_(master_.start)->wallTime(until); };
+        const auto instantOfWall = [this](WallTime wall) { return instantOf(atWall(wall), zoneOf_); };
         if (master_.start.wall >= first && master_.start.wall <= last) starts.emplace(master_.start.wall, nullptr);
         for (const std::string& rule : master_.rules) {
-            const auto found = ruleOccurrences(rule, master_.start, first, last, untilOnWall);
+            const auto found = ruleOccurrences(rule, master_.start, first, last, instantOfWall);
             cutOff = cutOff || found.size() >= maximumOccurrences;
             for (const WallTime wall : found) starts.emplace(wall, nullptr);
         }
@@ -135,7 +135,7 @@ private:
                 starts.insert_or_assign(wall, extra.end || extra.duration ? &extra : nullptr);
         }
         for (const std::string& rule : master_.excludedRules)
-            for (const WallTime wall : ruleOccurrences(rule, master_.start, first, last, untilOnWall))
+            for (const WallTime wall : ruleOccurrences(rule, master_.start, first, last, instantOfWall))
                 starts.erase(wall);
         return starts;
     }

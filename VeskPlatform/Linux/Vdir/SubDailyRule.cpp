@@ -1,141 +1,135 @@
 #include "VeskPlatform/Linux/Vdir/SubDailyRule.hpp"
 
-#include "VeskPlatform/Linux/Vdir/RecurrenceRule.hpp"
+#include "VeskPlatform/Linux/Vdir/RuleDayFilter.hpp"
 
 #include <algorithm>
 #include <bitset>
-#include <set>
 
 namespace vesk::vdir {
 namespace {
 
 using namespace std::chrono;
 
-/// The values of one BYxxx part, as the library stores them: up to a marker.
-std::vector<int> values(const short* list, std::size_t capacity) {
-    std::vector<int> result;
-    for (std::size_t i = 0; i < capacity && list[i] != ICAL_RECURRENCE_ARRAY_MAX; ++i) result.push_back(list[i]);
-    return result;
-}
+constexpr std::int64_t secondsOfDay = 86400;
 
-bool contains(const std::vector<int>& list, int value) {
-    return std::find(list.begin(), list.end(), value) != list.end();
-}
+std::int64_t floorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
 
-/// Whether an empty list (no such part) or the list itself allows a value, counted from the start or from the end.
-bool allows(const std::vector<int>& list, int value, int fromEnd) {
-    return list.empty() || contains(list, value) || contains(list, fromEnd);
-}
-
-/// The parts that leave whole days out.
-class DayFilter {
+/// A part that is as coarse as the frequency or coarser leaves values out.
+class Allowed {
 public:
-    explicit DayFilter(const icalrecurrencetype& rule)
-        : months_(values(rule.by_month, ICAL_BY_MONTH_SIZE)),
-          monthDays_(values(rule.by_month_day, ICAL_BY_MONTHDAY_SIZE)),
-          yearDays_(values(rule.by_year_day, ICAL_BY_YEARDAY_SIZE)) {
-        for (const int encoded : values(rule.by_day, ICAL_BY_DAY_SIZE))
-            weekdays_.push_back(icalrecurrencetype_day_day_of_week(static_cast<short>(encoded)) - ICAL_SUNDAY_WEEKDAY);
+    explicit Allowed(const std::vector<int>& list) : all_(list.empty()) {
+        for (const int value : list) values_.set(static_cast<std::size_t>(std::clamp(value, 0, 61)));
     }
-
-    bool allowsDay(local_days day) const {
-        const year_month_day date{day};
-        const int month = static_cast<int>(static_cast<unsigned>(date.month()));
-        if (!allows(months_, month, month)) return false;
-        const int weekday = static_cast<int>(std::chrono::weekday{day}.c_encoding());
-        if (!allows(weekdays_, weekday, weekday)) return false;
-        const year_month_day_last monthEnd{date.year(), month_day_last{date.month()}};
-        const int inMonth = static_cast<int>(static_cast<unsigned>(date.day()));
-        if (!allows(monthDays_, inMonth, inMonth - static_cast<int>(static_cast<unsigned>(monthEnd.day())) - 1))
-            return false;
-        const int inYear = static_cast<int>((day - local_days{date.year() / 1 / 1}).count()) + 1;
-        return allows(yearDays_, inYear, inYear - (date.year().is_leap() ? 366 : 365) - 1);
-    }
+    bool contains(std::int64_t value) const { return all_ || values_[static_cast<std::size_t>(value)]; }
 
 private:
-    std::vector<int> months_, monthDays_, yearDays_, weekdays_;
+    bool all_;
+    std::bitset<62> values_;
 };
 
-/// One step of the rule is an hour, a minute or a second; a step allows some seconds within itself.
-class StepRule {
+std::int64_t unitOf(Frequency frequency) {
+    return frequency == Frequency::hourly ? 3600 : frequency == Frequency::minutely ? 60 : 1;
+}
+
+/// The seconds within one step that the rule gives, ascending: a finer part expands, where it is missing, the start's
+/// own value stands; BYSETPOS chooses.
+std::vector<std::int64_t> timesWithinStep(const RuleParts& rule, WallTime start) {
+    const std::int64_t unit = unitOf(rule.frequency);
+    const hh_mm_ss time{start - floor<days>(start)};
+    std::vector<int> minuteList = rule.minutes, secondList = rule.seconds;
+    if (minuteList.empty()) minuteList = {static_cast<int>(time.minutes().count())};
+    if (unit < 3600) minuteList = {0};
+    if (secondList.empty()) secondList = {static_cast<int>(time.seconds().count())};
+    if (unit < 60) secondList = {0};
+    std::vector<std::int64_t> all;
+    for (const int m : minuteList)
+        for (const int s : secondList) all.push_back(m * 60 + std::min(s, 59)); // a leap second is its minute's last
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    if (rule.positions.empty()) return all;
+    std::vector<std::int64_t> chosen;
+    const int count = static_cast<int>(all.size());
+    for (int i = 0; i < count; ++i) {
+        const auto is = [i, count](int position) { return position == i + 1 || position == i - count; };
+        if (std::any_of(rule.positions.begin(), rule.positions.end(), is))
+            chosen.push_back(all[static_cast<std::size_t>(i)]);
+    }
+    return chosen;
+}
+
+/// The steps of the rule, every `interval` hours, minutes or seconds from the start on.
+class Steps {
 public:
-    StepRule(const icalrecurrencetype& rule, WallTime start)
-        : hours_(values(rule.by_hour, ICAL_BY_HOUR_SIZE)), minutes_(values(rule.by_minute, ICAL_BY_MINUTE_SIZE)),
-          seconds_(values(rule.by_second, ICAL_BY_SECOND_SIZE)),
-          positions_(values(rule.by_set_pos, ICAL_BY_SETPOS_SIZE)) {
-        const hh_mm_ss time{start - floor<days>(start)};
-        unit_ = rule.freq == ICAL_HOURLY_RECURRENCE ? 3600 : rule.freq == ICAL_MINUTELY_RECURRENCE ? 60 : 1;
-        interval_ = rule.interval;
-        firstStep_ = floorDivide(start.time_since_epoch().count(), unit_);
-        // A part that is finer than the frequency expands; where it is missing, the start's own value stands.
-        if (unit_ > 1 && seconds_.empty()) seconds_ = {static_cast<int>(time.seconds().count())};
-        if (unit_ > 60 && minutes_.empty()) minutes_ = {static_cast<int>(time.minutes().count())};
+    Steps(const RuleParts& rule, WallTime start)
+        : unit_(unitOf(rule.frequency)), stride_(rule.interval * unit_),
+          first_(floorDivide(start.time_since_epoch().count(), unit_) * unit_), hours_(rule.hours),
+          minutes_(unit_ <= 60 ? rule.minutes : std::vector<int>{}),
+          seconds_(unit_ == 1 ? rule.seconds : std::vector<int>{}), within_(timesWithinStep(rule, start)) {
+        if (stride_ < secondsOfDay) counts_.assign(static_cast<std::size_t>(rule.interval), unknown);
     }
 
-    static std::int64_t floorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+    /// The second of the day, not before the start's, at which the day's first step lies; beyond the day where it has
+    /// none.
+    std::int64_t firstOf(WallDay day) const {
+        const std::int64_t begin = WallTime{day}.time_since_epoch().count();
+        if (begin <= first_) return first_ - begin;
+        return (stride_ - (begin - first_) % stride_) % stride_;
+    }
 
-    /// Calls `visit` with each wall time of the day, ascending, until it returns false.
-    template <class Visit> bool forEachOfDay(local_days day, Visit visit) const {
-        const std::int64_t begin = local_seconds{day}.time_since_epoch().count();
-        const std::int64_t end = begin + 86400;
-        std::int64_t step = std::max(firstStep_, floorDivide(begin, unit_));
-        step += (interval_ - (step - firstStep_) % interval_) % interval_;
-        for (; step * unit_ < end; step += interval_)
-            for (const std::int64_t time : timesOfStep(step * unit_, static_cast<int>(step * unit_ - begin)))
-                if (!visit(WallTime{seconds(time)})) return false;
+    /// How many times a day has whose first step lies at that second.
+    std::int64_t countFrom(std::int64_t firstSecond) {
+        if (firstSecond >= secondsOfDay) return 0;
+        const auto place = static_cast<std::size_t>(firstSecond / unit_);
+        if (place >= counts_.size()) return counted(firstSecond); // the start's own day, or one step in several days
+        std::int64_t& known = counts_[place];
+        if (known == unknown) known = counted(firstSecond);
+        return known;
+    }
+
+    /// Calls `visit` with each time of the day, ascending; false where `visit` returned false.
+    template <class Visit> bool forEach(WallDay day, std::int64_t firstSecond, Visit visit) const {
+        for (std::int64_t step = firstSecond; step < secondsOfDay; step += stride_) {
+            if (!allows(step)) continue;
+            for (const std::int64_t second : within_)
+                if (!visit(WallTime{day} + seconds(step + second))) return false;
+        }
         return true;
     }
 
 private:
-    std::vector<std::int64_t> timesOfStep(std::int64_t stepBegin, int secondOfDay) const {
-        std::vector<std::int64_t> times;
-        if (!hours_.empty() && !contains(hours_, secondOfDay / 3600)) return times;
-        if (unit_ <= 60 && !minutes_.empty() && !contains(minutes_, secondOfDay / 60 % 60)) return times;
-        if (unit_ == 1) {
-            if (seconds_.empty() || contains(seconds_, secondOfDay % 60)) times.push_back(stepBegin);
-        } else if (unit_ == 60) {
-            for (const int s : seconds_) times.push_back(stepBegin + s);
-        } else {
-            for (const int m : minutes_)
-                for (const int s : seconds_) times.push_back(stepBegin + m * 60 + s);
-        }
-        std::sort(times.begin(), times.end());
-        times.erase(std::unique(times.begin(), times.end()), times.end());
-        return positions_.empty() ? times : selected(times);
+    static constexpr std::int64_t unknown = -1;
+
+    bool allows(std::int64_t step) const {
+        return hours_.contains(step / 3600) && minutes_.contains(step / 60 % 60) && seconds_.contains(step % 60);
     }
 
-    std::vector<std::int64_t> selected(const std::vector<std::int64_t>& times) const {
-        std::vector<std::int64_t> result;
-        const int count = static_cast<int>(times.size());
-        for (int i = 0; i < count; ++i)
-            if (contains(positions_, i + 1) || contains(positions_, i - count))
-                result.push_back(times[static_cast<std::size_t>(i)]);
-        return result;
+    std::int64_t counted(std::int64_t firstSecond) const {
+        std::int64_t steps = 0;
+        for (std::int64_t step = firstSecond; step < secondsOfDay; step += stride_) steps += allows(step) ? 1 : 0;
+        return steps * static_cast<std::int64_t>(within_.size());
     }
 
-    std::vector<int> hours_, minutes_, seconds_, positions_;
-    std::int64_t unit_, interval_, firstStep_;
+    std::int64_t unit_, stride_, first_;
+    Allowed hours_, minutes_, seconds_;
+    std::vector<std::int64_t> within_;
+    std::vector<std::int64_t> counts_;
 };
 
 } // namespace
 
-std::vector<WallTime> subDailyOccurrences(const icalrecurrencetype& rule, WallTime start, WallTime from, WallTime to) {
-    std::vector<WallTime> result;
-    const DayFilter filter(rule);
-    const StepRule steps(rule, start);
-    std::int64_t left = rule.count > 0 ? rule.count : INT64_MAX;
-    // Counting has to begin at the start, but not for ever: nobody's calendar counts more steps than this.
-    std::int64_t budget = 20'000'000;
-    const auto visit = [&](WallTime wall) {
-        if (wall < start) return true;
-        if (wall > to || left-- <= 0 || --budget <= 0 || result.size() >= maximumOccurrences) return false;
-        if (wall >= from) result.push_back(wall);
-        return true;
-    };
-    local_days day = floor<days>(rule.count > 0 ? start : std::max(start, from));
-    for (; WallTime{day} <= to; day += days(1))
-        if (filter.allowsDay(day) && !steps.forEachOfDay(day, visit)) break;
-    return result;
+void addSubDailyOccurrences(const RuleParts& rule, RuleWindow& window) {
+    const WallDay startDay = floor<days>(window.start());
+    const RuleDayFilter filter(rule, startDay);
+    Steps steps(rule, window.start());
+    const auto add = [&](WallTime wall) { return window.add(wall); };
+    WallDay day = floor<days>(window.firstOfInterest());
+    for (; WallTime{day} <= window.to(); day += days(1)) {
+        if (!filter.allows(day)) continue;
+        const std::int64_t first = steps.firstOf(day);
+        const std::int64_t count = steps.countFrom(first);
+        if (count == 0) continue;
+        if (!(window.onlyCounts(day) ? window.skip(count) : steps.forEach(day, first, add))) return;
+    }
 }
 
 } // namespace vesk::vdir

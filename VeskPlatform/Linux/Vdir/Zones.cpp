@@ -34,7 +34,7 @@ Zone Zones::named(const std::string& tzid) {
     const std::string name = unquoted(tzid);
     auto identifier = olsonName(name);
     if (!identifier) identifier = LocalCalendar::zoneForWindowsName(name);
-    const Zone zone = identifier ? std::make_shared<LocalCalendar>(*identifier) : nullptr;
+    Zone zone = identifier ? std::make_shared<LocalCalendar>(*identifier) : nullptr;
     byName_.emplace(tzid, zone);
     return zone;
 }
