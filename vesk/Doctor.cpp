@@ -92,7 +92,7 @@ std::string storeText(const StoreReport& store) {
 
 DoctorReport examine(Environment& environment, const ConsentDatabase& database) {
     DoctorReport report;
-    report.calendars = inspectStore(calendarsFolder(environment), ".ics");
+    report.calendars = inspectCalendars(environment);
     report.places = {stateFolder(environment), cacheFolder(environment), ShellDebugLogger::logFileURL(environment)};
     const Decisions decisions = readDecisions(database, report);
     for (const CapabilityKind kind : allCapabilityKinds)

@@ -3,7 +3,9 @@
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 #include "VeskPlatform/Linux/DesktopReach.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskSupport/Text.hpp"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace vesk {
@@ -19,8 +21,13 @@ std::string folderService(const std::string& what, const std::string& path) {
     return what + (path.empty() ? std::string(" (no home folder)") : " under " + path);
 }
 
-std::string counted(std::int64_t count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+/// Such as "2 unreadable files: /a, /b"; the first few are enough to start with.
+std::string named(const std::vector<std::string>& paths, const std::string& one, const std::string& several) {
+    constexpr std::size_t mostNames = 5;
+    const std::size_t count = std::min(paths.size(), mostNames);
+    std::string text = std::to_string(paths.size()) + " " + (paths.size() == 1 ? one : several) + ": "
+                       + joined({paths.begin(), paths.begin() + static_cast<std::ptrdiff_t>(count)}, ", ");
+    return paths.size() > count ? text + " and " + std::to_string(paths.size() - count) + " more" : text;
 }
 
 DoctorService desktopService(const std::string& service, Environment& environment) {
@@ -39,12 +46,15 @@ DoctorService accessibilityService(Environment& environment) {
 
 DoctorService calendarService(const StoreReport& calendars) {
     DoctorService result{folderService("Calendar folders", calendars.path), {}};
-    const auto report = [&](std::int64_t count, const std::string& what, const std::string& remedy) {
-        if (count > 0) result.findings.push_back({counted(count, what) + ".", remedy});
+    const auto report = [&](const std::vector<std::string>& paths, const std::string& one, const std::string& several,
+                            const std::string& remedy) {
+        if (!paths.empty()) result.findings.push_back({named(paths, one, several), remedy});
     };
-    report(calendars.unreadableFolders, "unreadable folder", "chmod -R u+rX " + calendars.path);
-    report(calendars.unreadableFiles, "unreadable file", "chmod -R u+rX " + calendars.path);
-    report(calendars.unparsableFiles.value_or(0), "file that cannot be parsed", "Mend or remove them.");
+    const std::string remedy = "chmod -R u+rX " + calendars.path;
+    report(calendars.unreadableFolders, "unreadable folder", "unreadable folders", remedy);
+    report(calendars.unreadableFiles, "unreadable file", "unreadable files", remedy);
+    report(calendars.unparsableFiles, "file that cannot be parsed", "files that cannot be parsed",
+           "Mend or remove them.");
     return result;
 }
 

@@ -141,8 +141,9 @@ ProgramRun::~ProgramRun() {
 
 ProgramResult ProgramRun::run(const std::vector<std::string>& arguments) const {
     ProgramResult result;
-    result.command = arguments;
-    result.command.insert(result.command.begin(), program_.string());
+    result.command = launcher;
+    result.command.push_back(program_.string());
+    result.command.insert(result.command.end(), arguments.begin(), arguments.end());
     result.folder = folder_;
     std::vector<std::string> variables;
     for (const auto& [name, value] : environment) variables.push_back(name + "=" + value);

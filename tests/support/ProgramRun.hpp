@@ -34,6 +34,8 @@ public:
     /// Added to, changed or taken from by tests.
     std::map<std::string, std::string> environment;
     std::string input;
+    /// Words before the program, such as a path of `setpriv` and its options.
+    std::vector<std::string> launcher;
     /// Past it, the program and what it started in its session are killed.
     std::chrono::milliseconds deadline{30'000};
 

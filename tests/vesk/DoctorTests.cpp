@@ -1,9 +1,9 @@
-#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/Privileges.hpp"
 #include "tests/vesk/CompanionTest.hpp"
-#include "vesk/StoreInspection.hpp"
 #include "vesk/Table.hpp"
 
 #include <fstream>
+#include <map>
 
 namespace vesk::test {
 namespace {
@@ -17,6 +17,16 @@ struct DoctorTests : CompanionTest {
             if (textAt(c, "id") == id)
                 for (const JsonValue& finding : listAt(c, "findings")) result.push_back(textAt(finding, "problem"));
         return result;
+    }
+    /// Makes the calendar store of these files; its root.
+    std::string calendars(const std::map<std::string, std::string>& files) {
+        const auto root = program.folder() / "calendars";
+        for (const auto& [name, bytes] : files) {
+            std::filesystem::create_directories((root / name).parent_path());
+            std::ofstream(root / name, std::ios::binary) << bytes;
+        }
+        program.environment["VESK_CALENDARS_DIR"] = root.string();
+        return root.string();
     }
     static std::int64_t numberAt(const JsonValue& value, const std::string& key) {
         return std::get<std::int64_t>(at(value, key).value);
@@ -51,14 +61,51 @@ TEST_F(DoctorTests, TellsWhereThingsAre) {
     EXPECT_THAT(text, ::testing::ContainsRegex("calendar +Consent is not determined. +vesk consent grant calendar\n"));
 }
 
-TEST_F(DoctorTests, CountsCollections) {
-    const auto root = program.folder() / "calendars";
-    std::filesystem::create_directories(root / "home");
-    std::ofstream(root / "home/a.ics") << "x";
-    program.environment["VESK_CALENDARS_DIR"] = root.string();
-    const JsonValue calendars = at(json({"doctor", "--json"}), "calendars");
-    EXPECT_EQ(numberAt(calendars, "collections"), 1);
-    EXPECT_EQ(numberAt(calendars, "files"), 1);
+TEST_F(DoctorTests, CountsCollectionsAndNamesFilesThatCannotBeParsed) {
+    const std::string whole = "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\nDTSTART:20260426T080000Z\r\nEND:VEVENT\r\n"
+                              "END:VCALENDAR\r\n";
+    const auto root = calendars({{"home/whole.ics", whole},
+                                 {"work/broken.ics", "x"},
+                                 {"work/cut.ics", whole.substr(0, 50)},
+                                 {"work/timeless.ics", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nEND:VEVENT\nEND:VCALENDAR\n"}});
+    const JsonValue report = json({"doctor", "--json"});
+    const JsonValue found = at(report, "calendars");
+    EXPECT_EQ(numberAt(found, "collections"), 2);
+    EXPECT_EQ(numberAt(found, "files"), 4);
+    EXPECT_EQ(listAt(found, "unparsableFiles").size(), 3U);
+    EXPECT_TRUE(listAt(found, "unreadableFiles").empty());
+    EXPECT_THAT(problems(report, "calendar"),
+                ::testing::Contains("3 files that cannot be parsed: " + root + "/work/broken.ics, " + root
+                                    + "/work/cut.ics, " + root + "/work/timeless.ics"));
+    EXPECT_FALSE(std::filesystem::exists(program.folder() / ".cache"));
+}
+
+TEST_F(DoctorTests, NamesTheFirstFewOfManyFiles) {
+    std::map<std::string, std::string> files;
+    for (int i = 0; i < 7; ++i) files["home/" + std::to_string(i) + ".ics"] = "";
+    calendars(files);
+    EXPECT_THAT(problems(json({"doctor", "--json"}), "calendar"),
+                ::testing::Contains(::testing::EndsWith("/home/4.ics and 2 more")));
+}
+
+TEST_F(DoctorTests, ARootThatIsAFileIsAnUnreadableFolder) {
+    const auto root = (program.folder() / "calendars").string();
+    std::ofstream(root) << "x";
+    program.environment["VESK_CALENDARS_DIR"] = root;
+    EXPECT_THAT(problems(json({"doctor", "--json"}), "calendar"), ::testing::Contains("1 unreadable folder: " + root));
+}
+
+TEST_F(DoctorTests, WhatIsForbiddenIsNamed) {
+    const auto root = calendars({{"home/secret.ics", "x"}, {"work/a.ics", "x"}});
+    std::filesystem::permissions(root + "/home/secret.ics", std::filesystem::perms::none);
+    std::filesystem::permissions(root + "/work", std::filesystem::perms::none);
+    program.launcher = withoutPrivileges();
+    const ProgramResult result = vesk({"doctor", "--json"});
+    std::filesystem::permissions(root + "/work", std::filesystem::perms::owner_all);
+    ASSERT_EQ(result.status, 0) << result;
+    EXPECT_THAT(problems(parseJson(result.output), "calendar"),
+                ::testing::IsSupersetOf(
+                    {"1 unreadable folder: " + root + "/work", "1 unreadable file: " + root + "/home/secret.ics"}));
 }
 
 TEST_F(DoctorTests, AStateFolderThatIsAFileIsAFinding) {
@@ -76,38 +123,6 @@ TEST_F(DoctorTests, WhereItCannotLookItReportsTheRestAndFails) {
     EXPECT_THAT(result.errorOutput, ::testing::StartsWith("vesk: The consent database " + database()));
     const JsonValue report = parseJson(result.output);
     for (const JsonValue& c : listAt(report, "capabilities")) EXPECT_FALSE(has(c, "consent"));
-}
-
-TEST(StoreInspectionTests, CollectionsOfAVdirRoot) {
-    TemporaryFolder root;
-    root.write("with-file/a.ics", "x");
-    root.write("with-file/sub/b.ics", "x");
-    root.write("named/displayname", "x");
-    root.write("named/sub/b.ics", "x");
-    root.write("coloured/color", "#fff");
-    std::filesystem::create_directories(root / "empty");
-    root.write("account/one/a.ics", "x");
-    root.write("account/one/b.ics", "x");
-    std::filesystem::create_directories(root / "account/two/deeper/still");
-    root.write(".hidden/a.ics", "x");
-    root.write("account/.hidden/a.ics", "x");
-    root.write("with-file/.b.ics", "x");
-    root.write("stray.ics", "x");
-    const StoreReport report = inspectStore(root.path(), ".ics");
-    EXPECT_TRUE(report.exists);
-    EXPECT_EQ(report.collections, 6);
-    EXPECT_EQ(report.files, 3);
-    EXPECT_EQ(report.unreadableFiles, 0);
-    EXPECT_EQ(report.unreadableFolders, 0);
-    EXPECT_FALSE(inspectStore(root / "none", ".ics").exists);
-    EXPECT_FALSE(inspectStore("", ".ics").exists);
-}
-
-TEST(StoreInspectionTests, AFileThatCannotBeReadIsCounted) {
-    TemporaryFolder root;
-    std::filesystem::create_directories(root / "home");
-    std::filesystem::create_symlink("nowhere", root / "home/broken.ics");
-    EXPECT_EQ(inspectStore(root.path(), ".ics").unreadableFiles, 1);
 }
 
 TEST(TableTests, ColumnsFitTheirWidestCell) {

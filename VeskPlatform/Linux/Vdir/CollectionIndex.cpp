@@ -9,7 +9,7 @@
 namespace vesk::vdir {
 namespace {
 
-constexpr std::uint64_t formatVersion = 0x5645534B49445831; // "VESKIDX1"
+constexpr std::uint64_t formatVersion = 0x5645534B49445832; // "VESKIDX2"
 
 /// A fast 64-bit mixing hash, eight bytes a step; finds damage, resists nobody.
 std::uint64_t checksum(std::string_view bytes) {
@@ -24,7 +24,7 @@ std::uint64_t checksum(std::string_view bytes) {
 }
 
 struct Header {
-    std::uint64_t version, checksum, files, items, recurring, chunks;
+    std::uint64_t version, checksum, localZone, files, items, recurring, chunks;
 };
 
 template <class T> void append(std::string& out, const T* values, std::size_t count) {
@@ -70,12 +70,12 @@ std::int32_t CollectionIndex::chunkOf(std::int32_t day) {
     return day >= 0 ? day / chunkDays : -((-day + chunkDays - 1) / chunkDays);
 }
 
-std::uint64_t CollectionIndex::hashOf(std::string_view uid) { return checksum(uid); }
+std::uint64_t CollectionIndex::hashOf(std::string_view text) { return checksum(text); }
 
-void CollectionIndex::add(const FileSignature& signature, const ScannedFile& scanned) {
+void CollectionIndex::add(const FileSignature& signature, const ScannedFile& scanned, FileHealth health) {
     const auto file = static_cast<std::uint32_t>(files.size());
     files.push_back({signature, static_cast<std::uint32_t>(items.size()),
-                     static_cast<std::uint32_t>(scanned.items.size()), scanned.damaged ? 1U : 0U, 0});
+                     static_cast<std::uint32_t>(scanned.items.size()), health, 0});
     for (const ScannedItem& item : scanned.items) {
         const std::string& uid = scanned.events[item.events.front()].uid;
         items.push_back({hashOf(repairedUtf8(uid)), item.span, file, IndexedItem::notRecurring});
@@ -107,13 +107,14 @@ void CollectionIndex::addFrom(const CollectionIndex& other, std::size_t file) {
     files.push_back(copy);
 }
 
-void CollectionIndex::distrustRecentFiles(std::int64_t now) {
+void CollectionIndex::distrustUnsettledFiles(std::int64_t now) {
     constexpr std::int64_t millisecond = 1'000'000;
     for (IndexedFile& file : files) {
         // Whole seconds are what file systems with coarse times give (two seconds on FAT).
         const bool coarse = file.signature.changed % (1000 * millisecond) == 0;
         const std::int64_t slack = coarse ? 3000 * millisecond : 100 * millisecond;
-        if (file.signature.changed > now - slack) file.signature.modified = INT64_MIN;
+        const bool settled = file.signature.changed <= now - slack && file.health != FileHealth::unreadable;
+        if (!settled) file.signature.modified = INT64_MIN;
     }
 }
 
@@ -127,7 +128,8 @@ std::string CollectionIndex::encoded() const {
         append(body, &number, 1);
         append(body, masks.data(), masks.size());
     }
-    const Header header{formatVersion, checksum(body), files.size(), items.size(), recurringCount, chunks.size()};
+    const Header header{formatVersion, checksum(body), localZone,    files.size(),
+                        items.size(),  recurringCount, chunks.size()};
     std::string result;
     result.reserve(sizeof header + body.size());
     append(result, &header, 1);
@@ -141,6 +143,7 @@ std::optional<CollectionIndex> CollectionIndex::decoded(std::string_view bytes) 
         || header.recurring > header.items)
         return std::nullopt;
     CollectionIndex index;
+    index.localZone = header.localZone;
     index.recurringCount = static_cast<std::uint32_t>(header.recurring);
     if (!source.takeList(index.files, header.files) || !source.takeList(index.items, header.items)) return std::nullopt;
     for (std::uint64_t i = 0; i < header.chunks; ++i) {

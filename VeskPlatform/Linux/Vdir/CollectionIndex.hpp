@@ -12,10 +12,18 @@
 
 namespace vesk::vdir {
 
+/// What reading a file came to.
+enum class FileHealth : std::uint32_t {
+    whole,
+    damaged,   ///< Read, but not or not wholly understood.
+    unreadable ///< Not read at all; the next run tries again.
+};
+
 struct IndexedFile {
     FileSignature signature;
     std::uint32_t firstItem = 0, itemCount = 0;
-    std::uint32_t damaged = 0, reserved = 0;
+    FileHealth health = FileHealth::whole;
+    std::uint32_t reserved = 0;
 };
 
 struct IndexedItem {
@@ -39,8 +47,10 @@ struct DayMask {
 struct CollectionIndex {
     static constexpr std::int32_t chunkDays = 64;
     static std::int32_t chunkOf(std::int32_t day);
-    static std::uint64_t hashOf(std::string_view uid);
+    static std::uint64_t hashOf(std::string_view text);
 
+    /// The hash of the local zone's identifier, in which the days of all-day and floating occurrences are known.
+    std::uint64_t localZone = 0;
     std::vector<IndexedFile> files;
     std::vector<IndexedItem> items;
     std::uint32_t recurringCount = 0;
@@ -48,13 +58,13 @@ struct CollectionIndex {
     std::map<std::int32_t, std::vector<DayMask>> chunks;
 
     /// Adds a file with its scanned items, at the end.
-    void add(const FileSignature& signature, const ScannedFile& scanned);
+    void add(const FileSignature& signature, const ScannedFile& scanned, FileHealth health);
     /// Adds a file as `other` knows it, with the masks of its items.
     void addFrom(const CollectionIndex& other, std::size_t file);
 
     /// A file that may still change without a new signature, since it was written just before `now`, is forgotten at
-    /// the next run: its signature is made to match none.
-    void distrustRecentFiles(std::int64_t now);
+    /// the next run, and so is one that could not be read: its signature is made to match none.
+    void distrustUnsettledFiles(std::int64_t now);
 
     /// The bytes to store, for this machine; decoding gives nothing for bytes that are damaged or of another version.
     std::string encoded() const;

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
+#include <tuple>
 #include <unistd.h>
 
 namespace vesk::vdir {
@@ -71,8 +73,17 @@ std::vector<Collection> findCollections(const std::string& root, const std::stri
     const auto readable = [&](const std::string& relative) {
         const std::string path = root + "/" + relative;
         if (::faccessat(AT_FDCWD, path.c_str(), R_OK | X_OK, AT_EACCESS) == 0) return true;
-        unreadable(path, errno);
+        if (errno != ENOENT) unreadable(path, errno);
         return false;
+    };
+    const auto inventoryOf = [&](const std::string& relative) -> std::optional<Inventory> {
+        if (!readable(relative)) return std::nullopt;
+        try {
+            return takeInventory(root + "/" + relative, extension);
+        } catch (const PosixError& error) {
+            if (error.code() != ENOENT) unreadable(root + "/" + relative, static_cast<int>(error.code()));
+            return std::nullopt; // gone, or closed, since it was listed
+        }
     };
     std::vector<std::string> topFolders;
     try {
@@ -82,16 +93,18 @@ std::vector<Collection> findCollections(const std::string& root, const std::stri
         throw;
     }
     for (const std::string& top : topFolders) {
-        if (!readable(top)) continue;
-        const Inventory inventory = takeInventory(root + "/" + top, extension);
-        if (inventory.hasItemsOrNames || inventory.folders.empty()) {
+        const auto inventory = inventoryOf(top);
+        if (!inventory) continue;
+        if (inventory->hasItemsOrNames || inventory->folders.empty()) {
             add(top, "");
             continue;
         }
-        for (const std::string& sub : inventory.folders)
+        for (const std::string& sub : inventory->folders)
             if (readable(top + "/" + sub)) add(top + "/" + sub, top);
     }
-    std::sort(result.begin(), result.end(), [](const auto& a, const auto& b) { return a.identifier < b.identifier; });
+    std::sort(result.begin(), result.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.identifier, a.path) < std::tie(b.identifier, b.path);
+    });
     return result;
 }
 

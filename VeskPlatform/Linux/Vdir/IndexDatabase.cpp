@@ -16,9 +16,11 @@ namespace {
 /// Another process holds the database only for the moment of a write.
 constexpr std::chrono::milliseconds patience{50};
 
-bool isDamage(const SqliteFailure& failure) {
+/// Whether the file is no index of ours: damaged, no database, or one with other tables.
+bool isUseless(const SqliteFailure& failure) {
     const int kind = failure.code & 0xFF;
-    return kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB;
+    return kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB || kind == SQLITE_ERROR || kind == SQLITE_CONSTRAINT
+           || kind == SQLITE_MISMATCH;
 }
 
 } // namespace
@@ -61,14 +63,20 @@ void IndexDatabase::write(const std::string& collectionPath, const std::string& 
 
 void IndexDatabase::store(const std::string& collectionPath, const std::string& bytes) {
     if (path_.empty()) return;
+    if (!tryToStore(collectionPath, bytes)) tryToStore(collectionPath, bytes);
+}
+
+bool IndexDatabase::tryToStore(const std::string& collectionPath, const std::string& bytes) {
     try {
         if (connection_ == nullptr) createFile();
         write(collectionPath, bytes);
+        return true;
     } catch (const SqliteFailure& failure) {
         connection_.reset();
-        if (!isDamage(failure)) return;
+        if (!isUseless(failure)) return true;
         ::unlink(path_.c_str());
         ::unlink((path_ + "-journal").c_str());
+        return false;
     }
 }
 

@@ -26,6 +26,8 @@ public:
 private:
     SqliteConnection& connection();
     void createFile() const;
+    /// False where the file was of no use and has been removed.
+    bool tryToStore(const std::string& collectionPath, const std::string& bytes);
     void write(const std::string& collectionPath, const std::string& bytes);
 
     std::string path_;

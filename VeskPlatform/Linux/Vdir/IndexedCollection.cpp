@@ -3,6 +3,7 @@
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <unordered_map>
 
@@ -11,9 +12,9 @@ namespace {
 
 using namespace std::chrono;
 
-/// The wall of an item differs from UTC by less than this.
-constexpr auto wallSlack = hours(16);
-/// All-day and floating items were looked at in one local zone and may be asked for in another.
+/// The wall of an item differs from UTC by less than this, the local one of odd settings of TZ excepted.
+constexpr auto usualWallSlack = hours(16);
+/// The rules of a zone may have changed since its days were looked at; Samoa once skipped a whole day.
 constexpr auto zoneSlack = hours(27);
 /// Older chunks are forgotten beyond this many: a year ahead needs seven.
 constexpr std::size_t maximumChunks = 24;
@@ -25,6 +26,22 @@ std::int32_t dayOf(Instant instant) {
 Instant startOfUtcDay(std::int32_t day) { return sys_days{days{day}}; }
 
 std::int64_t systemNanoseconds() { return duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count(); }
+
+struct Examined {
+    ScannedFile scanned;
+    FileHealth health = FileHealth::whole;
+};
+
+Examined examine(const std::string& path) {
+    int errnoValue = 0;
+    auto file = readCalendarFile(path, &errnoValue);
+    if (!file) return {{}, errnoValue == EFBIG ? FileHealth::damaged : FileHealth::unreadable};
+    // An event without a readable start has no place in any calendar.
+    const auto hasNoStart = [](const ScannedEvent& event) { return event.span.first == INT32_MIN; };
+    const auto& events = file->scanned.events;
+    const bool damaged = file->scanned.damaged || std::any_of(events.begin(), events.end(), hasNoStart);
+    return {std::move(file->scanned), damaged ? FileHealth::damaged : FileHealth::whole};
+}
 
 /// The days of the chunks from `firstChunk` on, as bits, that the item's occurrences touch.
 std::vector<std::uint64_t> daysTouched(const CalendarFile& file, std::size_t item, Zones& zones,
@@ -56,6 +73,9 @@ void IndexedCollection::refresh() {
     CollectionIndex known;
     if (const auto stored = database_.load(path_))
         known = CollectionIndex::decoded(*stored).value_or(CollectionIndex{});
+    const std::uint64_t localZone = CollectionIndex::hashOf(zones_.local()->zoneIdentifier());
+    if (known.localZone != localZone) known.chunks.clear();
+    known.localZone = localZone;
     const auto isSame = [](const IndexedFile& file, const FileSignature& listed) { return file.signature == listed; };
     const auto& listed = listing_.signatures;
     if (std::equal(known.files.begin(), known.files.end(), listed.begin(), listed.end(), isSame))
@@ -66,6 +86,7 @@ void IndexedCollection::refresh() {
 
 void IndexedCollection::rebuild(const CollectionIndex& known, std::int64_t now) {
     changed_ = true;
+    index_.localZone = known.localZone;
     std::unordered_map<std::uint64_t, std::size_t> placeOfInode;
     placeOfInode.reserve(known.files.size());
     for (std::size_t i = 0; i < known.files.size(); ++i) placeOfInode.emplace(known.files[i].signature.inode, i);
@@ -83,22 +104,18 @@ void IndexedCollection::rebuild(const CollectionIndex& known, std::int64_t now) 
         else
             unread.push_back(i);
     }
-    std::vector<ScannedFile> scanned(unread.size());
-    inParallel(unread.size(), 64, [&](std::size_t i) {
-        auto file = readCalendarFile(pathOf(unread[i]));
-        if (file)
-            scanned[i] = std::move(file->scanned);
-        else
-            scanned[i].damaged = true;
-    });
-    auto nextScanned = scanned.begin();
+    std::vector<Examined> examined(unread.size());
+    inParallel(unread.size(), 64, [&](std::size_t i) { examined[i] = examine(pathOf(unread[i])); });
+    auto next = examined.begin();
     for (std::size_t i = 0; i < listing_.size(); ++i) {
-        if (places[i] == unknown)
-            index_.add(listing_.signatures[i], *nextScanned++);
-        else
+        if (places[i] == unknown) {
+            index_.add(listing_.signatures[i], next->scanned, next->health);
+            ++next;
+        } else {
             index_.addFrom(known, places[i]);
+        }
     }
-    index_.distrustRecentFiles(now);
+    index_.distrustUnsettledFiles(now);
 }
 
 void IndexedCollection::learnDays(std::int32_t firstChunk, std::int32_t lastChunk) {
@@ -152,7 +169,8 @@ bool IndexedCollection::mayTouch(const IndexedItem& item, std::int32_t firstDay,
         const std::int32_t high = std::min(lastDay - base, CollectionIndex::chunkDays - 1);
         const std::uint64_t upTo = high == 63 ? ~std::uint64_t{0} : (std::uint64_t{1} << (high + 1)) - 1;
         const std::uint64_t wanted = upTo & (~std::uint64_t{0} << low);
-        if ((masks->second[static_cast<std::size_t>(item.recurring)].days & wanted) != 0) return true;
+        const DayMask mask = masks->second[static_cast<std::size_t>(item.recurring)];
+        if (mask.known == 0 || (mask.days & wanted) != 0) return true;
     }
     return false;
 }
@@ -173,10 +191,14 @@ template <class Predicate> std::vector<Candidate> IndexedCollection::candidates(
 
 std::vector<Candidate> IndexedCollection::overlapping(Instant from, Instant to) {
     if (to < from) return {};
+    const auto localSlack = abs(zones_.local()->offset(from)) + hours(3);
+    const seconds wallSlack = std::max<seconds>(usualWallSlack, localSlack);
     const DaySpan ownWall{dayOf(from - wallSlack), dayOf(to + wallSlack)};
     const std::int32_t firstDay = dayOf(from - zoneSlack), lastDay = dayOf(to + zoneSlack);
-    const std::int32_t firstChunk = CollectionIndex::chunkOf(firstDay);
-    if (index_.recurringCount > 0) learnDays(firstChunk, CollectionIndex::chunkOf(lastDay));
+    const std::int32_t firstChunk = CollectionIndex::chunkOf(firstDay), lastChunk = CollectionIndex::chunkOf(lastDay);
+    // A window of many years concerns nearly every recurring item: remembering its days would only cost.
+    const bool worthLearning = lastChunk - firstChunk < static_cast<std::int32_t>(maximumChunks);
+    if (index_.recurringCount > 0 && worthLearning) learnDays(firstChunk, lastChunk);
     auto result = candidates([&](const IndexedItem& item) {
         return item.recurring == IndexedItem::notRecurring ? item.span.overlaps(ownWall)
                                                            : mayTouch(item, firstDay, lastDay);
@@ -190,10 +212,10 @@ std::vector<Candidate> IndexedCollection::withUid(const std::string& uid) const 
     return candidates([&](const IndexedItem& item) { return item.uidHash == hash; });
 }
 
-std::vector<std::string> IndexedCollection::damagedFiles() const {
+std::vector<std::string> IndexedCollection::filesOf(FileHealth health) const {
     std::vector<std::string> result;
     for (std::size_t i = 0; i < index_.files.size(); ++i)
-        if (index_.files[i].damaged != 0) result.emplace_back(nameOf(i));
+        if (index_.files[i].health == health) result.emplace_back(nameOf(i));
     std::sort(result.begin(), result.end());
     return result;
 }

@@ -25,8 +25,8 @@ public:
     /// Items with an occurrence that may overlap [from, to), by file name. Remembers the days of recurring items.
     std::vector<Candidate> overlapping(Instant from, Instant to);
     std::vector<Candidate> withUid(const std::string& uid) const;
-    /// Files that are damaged, by name.
-    std::vector<std::string> damagedFiles() const;
+    /// The names of files of that health, in byte order.
+    std::vector<std::string> filesOf(FileHealth health) const;
     const std::string& path() const { return path_; }
     std::size_t fileCount() const { return index_.files.size(); }
 

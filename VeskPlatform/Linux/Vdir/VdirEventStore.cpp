@@ -96,7 +96,7 @@ struct VdirEventStore::State {
 
     /// The files of a collection; none where its folder cannot be read any more.
     IndexedCollection* indexed(const Collection& collection) {
-        auto& slot = indexes[collection.identifier];
+        auto& slot = indexes[collection.path];
         if (slot == nullptr) {
             try {
                 slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), database, zones);
@@ -104,11 +104,15 @@ struct VdirEventStore::State {
                 options.log("calendar-store folder unreadable errno=" + std::to_string(error.code()));
                 return nullptr;
             }
-            const std::size_t damaged = slot->damagedFiles().size();
-            if (damaged > 0)
-                options.log("calendar-store files unreadable kind=damaged count=" + std::to_string(damaged));
+            logFiles(*slot, FileHealth::damaged, "damaged");
+            logFiles(*slot, FileHealth::unreadable, "unreadable");
         }
         return slot.get();
+    }
+
+    void logFiles(const IndexedCollection& collection, FileHealth health, const std::string& kind) const {
+        const std::size_t count = collection.filesOf(health).size();
+        if (count > 0) options.log("calendar-store files passed-over kind=" + kind + " count=" + std::to_string(count));
     }
 
     const Collection* collectionNamed(const std::string& identifier) {
@@ -146,6 +150,22 @@ struct VdirEventStore::State {
         return eventOf(*first, std::make_shared<const EventCalendar>(calendarOf(collection)));
     }
 
+    /// The earliest occurrence of that identifier in one collection, whichever of its files have it.
+    std::optional<CalendarEvent> firstNamed(const std::string& identifier, const IndexedCollection& indexed,
+                                            const Collection& collection) {
+        std::optional<CalendarEvent> first;
+        for (const Candidate& candidate : indexed.withUid(identifier)) {
+            const auto file = readCalendarFile(indexed.path() + "/" + candidate.fileName);
+            if (!file) continue;
+            for (const std::size_t item : candidate.items) {
+                if (item >= file->scanned.items.size()) continue;
+                const auto event = firstOf(*file, item, collection);
+                if (event && event->identifier == identifier && (!first || event->start < first->start)) first = event;
+            }
+        }
+        return first;
+    }
+
     VdirEventStoreOptions options;
     Clock& clock;
     std::vector<std::string> userAddresses;
@@ -153,7 +173,7 @@ struct VdirEventStore::State {
     IndexDatabase database;
     std::optional<std::vector<Collection>> found;
     std::vector<std::string> unreadable;
-    std::map<std::string, std::unique_ptr<IndexedCollection>> indexes;
+    std::map<std::string, std::unique_ptr<IndexedCollection>> indexes; ///< By path: identifiers may be repaired.
 };
 
 VdirEventStore::VdirEventStore(VdirEventStoreOptions options, Clock& clock)
@@ -188,15 +208,7 @@ std::optional<CalendarEvent> VdirEventStore::event(const std::string& identifier
         IndexedCollection* indexed = state_->indexed(collection);
         if (indexed == nullptr) continue;
         indexed->save();
-        for (const Candidate& candidate : indexed->withUid(identifier)) {
-            const auto file = readCalendarFile(indexed->path() + "/" + candidate.fileName);
-            if (!file) continue;
-            for (const std::size_t item : candidate.items) {
-                if (item >= file->scanned.items.size()) continue;
-                auto event = state_->firstOf(*file, item, collection);
-                if (event && event->identifier == identifier) return event;
-            }
-        }
+        if (auto event = state_->firstNamed(identifier, *indexed, collection)) return event;
     }
     return std::nullopt;
 }
@@ -212,7 +224,7 @@ CalendarEvent VdirEventStore::save(const NewEvent& event) {
     auto saved = file.scanned.items.empty() ? std::nullopt : state_->firstOf(file, 0, *collection);
     if (!saved) throw ErrorRecord("VdirEventStore", 400, "The event's dates cannot be written.");
     createFileDurably(collection->path, uid + ".ics", file.bytes);
-    state_->indexes.erase(collection->identifier);
+    state_->indexes.erase(collection->path);
     return *saved;
 }
 
@@ -226,8 +238,11 @@ VdirSurvey VdirEventStore::survey() {
             continue;
         }
         survey.files += indexed->fileCount();
-        for (const std::string& name : indexed->damagedFiles())
-            survey.damagedFiles.push_back(collection.path + "/" + name);
+        const auto addPaths = [&](FileHealth health, std::vector<std::string>& paths) {
+            for (const std::string& name : indexed->filesOf(health)) paths.push_back(collection.path + "/" + name);
+        };
+        addPaths(FileHealth::damaged, survey.damagedFiles);
+        addPaths(FileHealth::unreadable, survey.unreadableFiles);
         indexed->save();
     }
     survey.unreadableFolders.insert(survey.unreadableFolders.end(), state_->unreadable.begin(),

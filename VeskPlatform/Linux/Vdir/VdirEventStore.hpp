@@ -23,11 +23,13 @@ struct VdirEventStoreOptions {
     std::function<void(const std::string&)> log;
 };
 
-/// What a look over the whole store found.
+/// What a look over the whole store found, with the paths of what is amiss.
 struct VdirSurvey {
     std::size_t collections = 0;
     std::size_t files = 0;
     std::vector<std::string> unreadableFolders;
+    std::vector<std::string> unreadableFiles;
+    /// Files that hold no calendar, one that is cut off, or events without a start.
     std::vector<std::string> damagedFiles;
 };
 
@@ -44,6 +46,7 @@ public:
     std::optional<CalendarEvent> event(const std::string& identifier) override;
     CalendarEvent save(const NewEvent& event) override;
 
+    /// Throws PosixError where the root cannot be listed.
     VdirSurvey survey();
 
 private:
