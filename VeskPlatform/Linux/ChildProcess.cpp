@@ -61,7 +61,17 @@ void readBoth(FileDescriptor& output, FileDescriptor& errors, ProgramResult& res
     }
 }
 
+/// A program begins with every signal at its default and none blocked: this process ignores SIGPIPE, its threads may
+/// block others, and both would be inherited.
 pid_t spawn(const std::vector<std::string>& arguments, const Pipe& output, const Pipe& errors) {
+    sigset_t all, none;
+    ::sigfillset(&all);
+    ::sigemptyset(&none);
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawnattr_setsigdefault(&attributes, &all);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
@@ -70,16 +80,28 @@ pid_t spawn(const std::vector<std::string>& arguments, const Pipe& output, const
     ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     pid_t child = -1;
     const int failure =
-        ::posix_spawn(&child, arguments[0].c_str(), &actions, nullptr, argumentPointers(arguments).data(), environ);
+        ::posix_spawn(&child, arguments[0].c_str(), &actions, &attributes, argumentPointers(arguments).data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
+    ::posix_spawnattr_destroy(&attributes);
     return failure == 0 ? child : -1;
 }
 
-/// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` why it failed.
+/// What `spawn` does about signals, after a fork. Numbers that are the C library's own or cannot be changed fail.
+void resetSignals() {
+    struct sigaction ordinary {};
+    ordinary.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) (void)::sigaction(signal, &ordinary, nullptr);
+    sigset_t none;
+    ::sigemptyset(&none);
+    (void)::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+/// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` that it failed.
 [[noreturn]] void becomeProgram(char* const* arguments, int report) {
     const int null = ::open("/dev/null", O_RDWR);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
     ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    resetSignals();
     ::execv(arguments[0], arguments);
     const char failed = 1;
     (void)!::write(report, &failed, 1);
@@ -122,7 +144,7 @@ bool startDetached(const std::vector<std::string>& arguments) {
     report->writing.reset();
     const bool forked = waitFor(child) == 0;
     std::string failure; // one byte of a failed start, or the end that a successful one closes
-    readSome(report->reading, failure);
+    while (report->reading) readSome(report->reading, failure);
     return forked && failure.empty();
 }
 
