@@ -35,6 +35,12 @@ std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
     return pointers;
 }
 
+/// Whoever started this process may have left SIGCHLD ignored to it, and the kernel then keeps no status of children.
+void keepStatusOfChildren() {
+    struct sigaction current {};
+    if (::sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) std::signal(SIGCHLD, SIG_DFL);
+}
+
 int waitFor(pid_t child) {
     int status = 0;
     while (::waitpid(child, &status, 0) < 0)
@@ -119,6 +125,7 @@ std::optional<std::string> installedProgram(const std::string& name, const std::
 std::optional<ProgramResult> runProgram(const std::vector<std::string>& arguments) {
     auto output = makePipe(), errors = makePipe();
     if (!output || !errors) return std::nullopt;
+    keepStatusOfChildren();
     const pid_t child = spawn(arguments, *output, *errors);
     if (child < 0) return std::nullopt;
     output->writing.reset();
@@ -133,6 +140,7 @@ bool startDetached(const std::vector<std::string>& arguments) {
     auto report = makePipe();
     if (!report) return false;
     const auto pointers = argumentPointers(arguments);
+    keepStatusOfChildren();
     const pid_t child = ::fork();
     if (child < 0) return false;
     if (child == 0) {

@@ -96,6 +96,14 @@ TEST(ChildProcessTests, TellsStatusAndBothOutputs) {
     EXPECT_EQ(runProgram({"/bin/cat"})->output, "") << "the input is empty";
 }
 
+TEST(ChildProcessTests, AParentThatIgnoredItsChildrenTakesNoStatus) {
+    std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(runProgram({"/bin/sh", "-c", "exit 3"})->status, 3);
+    std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_TRUE(startDetached({"/bin/true"}));
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
 TEST(ChildProcessTests, MuchOutputOnBothStreamsDoesNotStall) {
     const auto result = runProgram({"/bin/sh", "-c", "head -c 3000000 /dev/zero; head -c 300000 /dev/zero >&2"});
     ASSERT_TRUE(result);
