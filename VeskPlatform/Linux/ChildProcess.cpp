@@ -35,6 +35,12 @@ std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
     return pointers;
 }
 
+/// Whoever started this process may have left SIGCHLD ignored to it, and the kernel then keeps no status of children.
+void keepStatusOfChildren() {
+    struct sigaction current {};
+    if (::sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) std::signal(SIGCHLD, SIG_DFL);
+}
+
 int waitFor(pid_t child) {
     int status = 0;
     while (::waitpid(child, &status, 0) < 0)
@@ -61,7 +67,17 @@ void readBoth(FileDescriptor& output, FileDescriptor& errors, ProgramResult& res
     }
 }
 
+/// A program begins with every signal at its default and none blocked: this process ignores SIGPIPE, its threads may
+/// block others, and both would be inherited.
 pid_t spawn(const std::vector<std::string>& arguments, const Pipe& output, const Pipe& errors) {
+    sigset_t all, none;
+    ::sigfillset(&all);
+    ::sigemptyset(&none);
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawnattr_setsigdefault(&attributes, &all);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
@@ -70,16 +86,28 @@ pid_t spawn(const std::vector<std::string>& arguments, const Pipe& output, const
     ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     pid_t child = -1;
     const int failure =
-        ::posix_spawn(&child, arguments[0].c_str(), &actions, nullptr, argumentPointers(arguments).data(), environ);
+        ::posix_spawn(&child, arguments[0].c_str(), &actions, &attributes, argumentPointers(arguments).data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
+    ::posix_spawnattr_destroy(&attributes);
     return failure == 0 ? child : -1;
 }
 
-/// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` why it failed.
+/// What `spawn` does about signals, after a fork. Numbers that are the C library's own or cannot be changed fail.
+void resetSignals() {
+    struct sigaction ordinary {};
+    ordinary.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) (void)::sigaction(signal, &ordinary, nullptr);
+    sigset_t none;
+    ::sigemptyset(&none);
+    (void)::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+/// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` that it failed.
 [[noreturn]] void becomeProgram(char* const* arguments, int report) {
     const int null = ::open("/dev/null", O_RDWR);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
     ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    resetSignals();
     ::execv(arguments[0], arguments);
     const char failed = 1;
     (void)!::write(report, &failed, 1);
@@ -97,6 +125,7 @@ std::optional<std::string> installedProgram(const std::string& name, const std::
 std::optional<ProgramResult> runProgram(const std::vector<std::string>& arguments) {
     auto output = makePipe(), errors = makePipe();
     if (!output || !errors) return std::nullopt;
+    keepStatusOfChildren();
     const pid_t child = spawn(arguments, *output, *errors);
     if (child < 0) return std::nullopt;
     output->writing.reset();
@@ -111,6 +140,7 @@ bool startDetached(const std::vector<std::string>& arguments) {
     auto report = makePipe();
     if (!report) return false;
     const auto pointers = argumentPointers(arguments);
+    keepStatusOfChildren();
     const pid_t child = ::fork();
     if (child < 0) return false;
     if (child == 0) {
@@ -122,7 +152,7 @@ bool startDetached(const std::vector<std::string>& arguments) {
     report->writing.reset();
     const bool forked = waitFor(child) == 0;
     std::string failure; // one byte of a failed start, or the end that a successful one closes
-    readSome(report->reading, failure);
+    while (report->reading) readSome(report->reading, failure);
     return forked && failure.empty();
 }
 

@@ -19,11 +19,12 @@ struct ProgramResult {
 };
 
 /// Runs a program with an empty input, waits for its end and returns what it wrote (each at most 1 MB; what comes
-/// after is dropped). None where it cannot be started. Descriptors of this process are closed in it.
+/// after is dropped). None where it cannot be started. Descriptors of this process are closed in it, and signals are at
+/// their defaults whatever this process ignores or blocks.
 std::optional<ProgramResult> runProgram(const std::vector<std::string>& arguments);
 
-/// Starts a program that lives on by itself: its own session, all three streams /dev/null, nobody's child to reap.
-/// False where it cannot be started.
+/// Starts a program that lives on by itself: its own session, all three streams /dev/null, nobody's child to reap,
+/// descriptors and signals as above. False where it cannot be started.
 bool startDetached(const std::vector<std::string>& arguments);
 
 } // namespace vesk

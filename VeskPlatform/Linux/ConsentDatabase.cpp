@@ -96,16 +96,16 @@ ConsentDatabaseError::ConsentDatabaseError(std::int64_t code, std::string descri
 ConsentDatabase::ConsentDatabase(std::string folder, std::chrono::milliseconds patience)
     : folder_(std::move(folder)), path_(folder_ + "/consent.sqlite"), patience_(patience) {}
 
-std::map<std::string, ConsentDecision> ConsentDatabase::decisions() const {
+std::map<std::string, ConsentDecision> ConsentDatabase::decisions(std::chrono::milliseconds patience) const {
     if (!exists()) return {};
-    return translated(path_, [this] {
-        SqliteConnection connection(path_, patience_);
+    return translated(path_, [&] {
+        SqliteConnection connection(path_, patience);
         return readDecisions(connection, path_);
     });
 }
 
-ConsentState ConsentDatabase::state(const std::string& id) const {
-    const auto all = decisions();
+ConsentState ConsentDatabase::state(const std::string& id, std::chrono::milliseconds patience) const {
+    const auto all = decisions(patience);
     const auto found = all.find(id);
     return found == all.end() ? ConsentState::notDetermined : found->second.state;
 }

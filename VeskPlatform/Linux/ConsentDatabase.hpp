@@ -41,9 +41,11 @@ public:
 
     const std::string& path() const { return path_; }
 
-    /// These two never create anything: where there is no file, there are no decisions.
-    std::map<std::string, ConsentDecision> decisions() const;
-    ConsentState state(const std::string& id) const;
+    /// These never create anything: where there is no file, there are no decisions.
+    std::map<std::string, ConsentDecision> decisions() const { return decisions(patience_); }
+    ConsentState state(const std::string& id) const { return state(id, patience_); }
+    /// The same with a patience of its own.
+    ConsentState state(const std::string& id, std::chrono::milliseconds patience) const;
 
     /// Writes all or none; the last decision counts.
     void decide(const std::vector<std::string>& ids, const ConsentDecision& decision);
@@ -53,6 +55,7 @@ public:
     void reset(const std::vector<std::string>& ids);
 
 private:
+    std::map<std::string, ConsentDecision> decisions(std::chrono::milliseconds patience) const;
     bool exists() const;
     void prepareFile() const;
 

@@ -40,8 +40,12 @@ SqliteConsent::~SqliteConsent() = default;
 
 AuthorizationStatus SqliteConsent::statusOf(const std::string& row) {
     try {
-        return static_cast<AuthorizationStatus>(database_.state(row));
+        const ConsentState state =
+            waitedInVain_ ? database_.state(row, std::chrono::milliseconds(0)) : database_.state(row);
+        waitedInVain_ = false;
+        return static_cast<AuthorizationStatus>(state);
     } catch (const ConsentDatabaseError&) {
+        waitedInVain_ = true;
         return -1; // a probe never fails; the companion program tells what is wrong
     }
 }

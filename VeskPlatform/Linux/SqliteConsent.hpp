@@ -23,6 +23,7 @@ using DescribeCapability = std::function<std::pair<std::string, std::string>(con
 std::string consentRow(const std::string& capabilityId);
 
 /// Consent kept in a database and asked of the user. A probe of a database that cannot be used answers -1 or false.
+/// Once a probe has waited in vain, the next ones do not wait: a report has many of them.
 /// Only an undecided capability is asked about; the question waits on a thread of its own while the caller suspends.
 class SqliteConsent : public Consent {
 public:
@@ -48,6 +49,7 @@ private:
     ConsentPrompt& prompt_;
     Clock& clock_;
     DescribeCapability describe_;
+    bool waitedInVain_ = false;
     std::unique_ptr<asio::thread_pool> thread_;
 };
 

@@ -1,4 +1,5 @@
 #include "VeskPlatform/Linux/ConsentPrompt.hpp"
+#include "VeskPlatform/Linux/SqliteConnection.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
 #include "tests/contracts/ConsentContract.hpp"
 #include "tests/fakes/FakeBasics.hpp"
@@ -110,6 +111,22 @@ TEST_F(SqliteConsentTests, AnUnusableDatabaseIsAnUnknownState) {
     world.answerWith(true);
     EXPECT_FALSE(run(world.consent().requestAccess(PrivacyService::events)).granted);
     EXPECT_TRUE(world.prompt.asked.empty());
+}
+
+TEST_F(SqliteConsentTests, ALockIsWaitedForOnce) {
+    using namespace std::chrono_literals;
+    constexpr auto patience = 200ms;
+    world.decide(PrivacyService::events, 3);
+    SqliteConsent consent(ConsentDatabase(world.folder / "state", patience), world.prompt, world.clock,
+                          [](const std::string& id) { return std::pair(id, id); });
+    SqliteConnection other(world.database.path(), 0ms);
+    other.run("BEGIN EXCLUSIVE");
+    const auto start = std::chrono::steady_clock::now();
+    for (int report = 0; report < 3; ++report)
+        for (const PrivacyService service : allServices) EXPECT_EQ(consent.authorizationStatus(service), -1);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5 * patience) << "12 probes";
+    other.run("ROLLBACK");
+    EXPECT_EQ(consent.authorizationStatus(PrivacyService::events), 3);
 }
 
 TEST_F(SqliteConsentTests, AnAnswerThatCannotBeStoredIsNoGrant) {

@@ -8,6 +8,8 @@ Where dateutil and RFC 5545 part ways, the table asks for this:
 - A week's BYSETPOS counts from the week's first day (dateutil: in the first week from DTSTART), so that such rules
   start with their week here.
 - BYWEEKNO alone means DTSTART's day of the week (dateutil: all seven), so that it stands with BYDAY here.
+- The week numbers 51 to 53 and -51 to -53 mean weeks of the year that most of their days lie in (dateutil: not
+  around all new years), so that they stand by hand only.
 - BYDAY=MO,1TU is a union (dateutil: nothing), so that numbered and plain days are not mixed here.
 - Parts that RFC 5545 forbids with a frequency (BYWEEKNO with any but YEARLY, BYMONTHDAY with WEEKLY …) and mixtures
   of BYYEARDAY, BYWEEKNO and BYMONTHDAY, whose meaning it leaves open, do not occur.
@@ -265,7 +267,7 @@ def yearly_parts(dice):
     if shape == 3:
         return {"BYYEARDAY": listed(dice.some([d for d in range(-366, 367) if d], 4))}
     if shape == 4:
-        return {"BYWEEKNO": listed(dice.some([w for w in range(-53, 54) if w], 3)), "BYDAY": listed(dice.some(WEEKDAYS, 3))}
+        return {"BYWEEKNO": listed(dice.some([w for w in range(-50, 51) if w], 3)), "BYDAY": listed(dice.some(WEEKDAYS, 3))}
     if shape == 5:
         return {**months, "BYDAY": numbered_days(dice, 5) if dice.chance(0.5) else listed(dice.some(WEEKDAYS, 2))}
     return {"BYDAY": numbered_days(dice, 53) if dice.chance(0.5) else listed(dice.some(WEEKDAYS, 2))}

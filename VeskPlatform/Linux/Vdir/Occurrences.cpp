@@ -12,18 +12,28 @@ namespace {
 
 using namespace std::chrono;
 
-/// Every wall differs from UTC, and from every other wall, by less than this.
+/// Every wall differs from UTC by less than a day, and from every other wall by less than this.
 constexpr auto wallSlack = days(2);
+/// No change of an offset is larger: Samoa left out a whole day in 2011.
+constexpr auto changeSlack = hours(26);
 
 /// The days around the year 1 and 9999 within which wall times stay printable and the library's fields in range.
 const WallTime earliestWall = local_days{year{1} / 1 / 1};
-const WallTime latestWall = local_days{year{9999} / 12 / 31};
+const WallTime latestWall = local_days{year{9999} / 12 / 31} + days(1) - seconds(1);
 
-WallTime wallNear(Instant instant, seconds shift) {
-    const WallTime wall{floor<seconds>(instant).time_since_epoch()};
-    if (shift < seconds(0) && wall - earliestWall < -shift) return earliestWall;
-    if (shift > seconds(0) && latestWall - wall < shift) return latestWall;
-    return std::clamp(wall + shift, earliestWall, latestWall);
+WallTime clampedWall(WallTime wall) { return std::clamp(wall, earliestWall, latestWall); }
+
+/// The wall of an instant, which may lie outside the range of years.
+WallTime wallOf(Instant instant, const LocalCalendar& zone) {
+    const auto early = Instant{earliestWall.time_since_epoch()}, late = Instant{latestWall.time_since_epoch()};
+    return clampedWall(zone.wallTime(std::clamp(instant, early, late)));
+}
+
+/// How far the wall can be from a steady one at that time.
+seconds slackNear(WallTime wall, const LocalCalendar& zone) {
+    const Instant instant{wall.time_since_epoch()};
+    const bool steady = zone.offset(instant - wallSlack) == zone.offset(instant + wallSlack);
+    return steady ? seconds(0) : changeSlack;
 }
 
 Instant instantOf(const EventTime& time, const ZoneFinder& zoneOf) {
@@ -69,7 +79,8 @@ bool overlaps(const Occurrence& occurrence, Instant from, Instant to) {
 class Series {
 public:
     Series(const EventComponent& master, std::vector<const EventComponent*> overrides, const ZoneFinder& zoneOf)
-        : master_(master), overrides_(std::move(overrides)), zoneOf_(zoneOf), length_(lengthOf(master, zoneOf)) {
+        : master_(master), overrides_(std::move(overrides)), zoneOf_(zoneOf), zone_(zoneOf(master.start)),
+          length_(lengthOf(master, zoneOf)) {
         for (const EventTime& date : master_.excludedDates) exclude(date);
         for (const EventComponent* override : overrides_) {
             const Instant id = instantOf(*override->recurrenceId, zoneOf_);
@@ -81,22 +92,46 @@ public:
     }
 
     void collect(Instant from, Instant to, OccurrenceList& out) const {
-        const WallTime first = wallNear(from, -(reach() + wallSlack)), last = wallNear(to, reach() + wallSlack);
-        std::map<WallTime, const ExtraDate*> starts = startsBetween(first, last, out.cutOff);
-        for (const auto& [wall, extra] : starts) add(wall, extra, from, to, out);
-        for (const EventComponent* override : overrides_) addOverride(*override, from, to, out);
+        for (const Start& start : startsBetween(from, to, out.cutOff)) add(start, from, to, out);
+        for (const EventComponent* override : overrides_)
+            addOccurrence(override->start, instantOf(override->start, zoneOf_), *override, from, to, out);
     }
 
 private:
-    /// The farthest that an occurrence lies from the start that the rule gives it.
-    seconds reach() const {
-        seconds farthest = length_.days + length_.exact;
+    /// One start of the series, on its wall.
+    struct Start {
+        Instant instant{};
+        WallTime wall{};
+        /// The RDATE that it stems from, where that has a length of its own.
+        const ExtraDate* period = nullptr;
+    };
+
+    struct Reach {
+        seconds before{0}, after{0};
+    };
+
+    /// The farthest that an occurrence that matters starts before the window, and behind it.
+    Reach reach() const {
+        Reach farthest{length_.days + length_.exact, seconds(0)};
         for (const auto& [id, override] : future_) {
-            const seconds shift = abs(override->start.wall - override->recurrenceId->wall);
+            const seconds shift = abs(override->start.wall - override->recurrenceId->wall) + wallSlack;
             const EventDuration length = lengthOf(*override, zoneOf_);
-            farthest = std::max(farthest, shift + length.days + length.exact);
+            farthest.before = std::max(farthest.before, shift + length.days + length.exact);
+            farthest.after = std::max(farthest.after, shift);
         }
-        return std::min<seconds>(farthest, days(400'000));
+        constexpr seconds most = days(4'000'000);
+        return {std::min(farthest.before, most), std::min(farthest.after, most)};
+    }
+
+    /// The walls between which starts matter. Exact where the offset is steady, so that a rule that is cut off has
+    /// given its times within the window.
+    std::pair<WallTime, WallTime> wallWindow(Instant from, Instant to) const {
+        const Reach farthest = reach();
+        const bool longOrAllDay = master_.start.isDate() || farthest.before > days(1);
+        const WallTime first = wallOf(from, *zone_), last = wallOf(to, *zone_);
+        const seconds before = longOrAllDay ? seconds(changeSlack) : slackNear(first, *zone_);
+        const seconds after = longOrAllDay ? seconds(changeSlack) : slackNear(last, *zone_);
+        return {clampedWall(first - farthest.before - before), clampedWall(last + farthest.after + after)};
     }
 
     void exclude(const EventTime& date) {
@@ -112,46 +147,78 @@ private:
         return time;
     }
 
-    /// A start of the series on the series' own wall.
+    /// A time on the series' own wall.
     WallTime onSeriesWall(const EventTime& time) const {
         if (master_.start.isDate()) return WallTime{floor<days>(time.wall)};
         if (time.isDate()) return time.wall + (master_.start.wall - floor<days>(master_.start.wall));
         if (time.anchor == master_.start.anchor && time.tzid == master_.start.tzid) return time.wall;
-        return zoneOf_(master_.start)->wallTime(instantOf(time, zoneOf_));
+        return zone_->wallTime(instantOf(time, zoneOf_));
     }
 
-    std::map<WallTime, const ExtraDate*> startsBetween(WallTime first, WallTime last, bool& cutOff) const {
-        std::map<WallTime, const ExtraDate*> starts;
-        const auto instantOfWall = [this](WallTime wall) { return instantOf(atWall(wall), zoneOf_); };
-        if (master_.start.wall >= first && master_.start.wall <= last) starts.emplace(master_.start.wall, nullptr);
+    Instant instantOfWall(WallTime wall) const {
+        return master_.start.isDate() ? zone_->startOfDay(floor<days>(wall)) : zone_->instant(wall);
+    }
+
+    Start startAt(WallTime wall) const { return {instantOfWall(wall), wall, nullptr}; }
+
+    Start extraStart(const ExtraDate& extra) const {
+        Start start = startAt(onSeriesWall(extra.start));
+        // The wall alone cannot tell the two passes of a repeated hour.
+        if (!master_.start.isDate() && !extra.start.isDate()) start.instant = instantOf(extra.start, zoneOf_);
+        if (extra.end || extra.duration) start.period = &extra;
+        return start;
+    }
+
+    /// By instant, each once; a period goes before a start of the series' own length.
+    std::vector<Start> startsBetween(Instant from, Instant to, bool& cutOff) const {
+        const auto [first, last] = wallWindow(from, to);
+        const auto instantOnWall = [this](WallTime wall) { return instantOfWall(wall); };
+        std::vector<Start> starts;
+        if (master_.start.wall >= first && master_.start.wall <= last) starts.push_back(startAt(master_.start.wall));
         for (const std::string& rule : master_.rules) {
-            const auto found = ruleOccurrences(rule, master_.start, first, last, instantOfWall);
+            const auto found = ruleOccurrences(rule, master_.start, first, last, instantOnWall);
             cutOff = cutOff || found.size() >= maximumOccurrences;
-            for (const WallTime wall : found) starts.emplace(wall, nullptr);
+            for (const WallTime wall : found) starts.push_back(startAt(wall));
         }
-        for (const ExtraDate& extra : master_.extraDates) {
-            const WallTime wall = onSeriesWall(extra.start);
-            if (wall >= first && wall <= last)
-                starts.insert_or_assign(wall, extra.end || extra.duration ? &extra : nullptr);
-        }
-        for (const std::string& rule : master_.excludedRules)
-            for (const WallTime wall : ruleOccurrences(rule, master_.start, first, last, instantOfWall))
-                starts.erase(wall);
+        for (const ExtraDate& extra : master_.extraDates) starts.push_back(extraStart(extra));
+        std::sort(starts.begin(), starts.end(), [](const Start& a, const Start& b) {
+            return std::pair(a.instant, a.period == nullptr) < std::pair(b.instant, b.period == nullptr);
+        });
+        const auto same = [](const Start& a, const Start& b) { return a.instant == b.instant; };
+        starts.erase(std::unique(starts.begin(), starts.end(), same), starts.end());
+        leaveOut(excludedInstants(first, last), starts);
         return starts;
     }
 
-    void add(WallTime wall, const ExtraDate* extra, Instant from, Instant to, OccurrenceList& out) const {
-        if (excludedDays_.contains(floor<days>(wall)) || replacedDays_.contains(floor<days>(wall))) return;
-        const EventTime start = atWall(wall);
-        const Instant id = instantOf(start, zoneOf_);
-        if (excluded_.contains(id) || replaced_.contains(id)) return;
-        const auto later = future_.upper_bound(id);
-        if (later != future_.begin()) return addShifted(wall, *std::prev(later)->second, from, to, out);
-        Occurrence occurrence{id, {}, &master_, !master_.rules.empty()};
-        if (extra != nullptr && extra->end)
-            occurrence.end = std::max(id, instantOf(*extra->end, zoneOf_));
+    std::vector<Instant> excludedInstants(WallTime first, WallTime last) const {
+        std::vector<Instant> instants;
+        const auto instantOnWall = [this](WallTime wall) { return instantOfWall(wall); };
+        for (const std::string& rule : master_.excludedRules)
+            for (const WallTime wall : ruleOccurrences(rule, master_.start, first, last, instantOnWall))
+                instants.push_back(instantOfWall(wall));
+        std::sort(instants.begin(), instants.end());
+        return instants;
+    }
+
+    static void leaveOut(const std::vector<Instant>& instants, std::vector<Start>& starts) {
+        std::erase_if(starts, [&](const Start& start) {
+            return std::binary_search(instants.begin(), instants.end(), start.instant);
+        });
+    }
+
+    void add(const Start& start, Instant from, Instant to, OccurrenceList& out) const {
+        const WallDay day = floor<days>(start.wall);
+        if (excludedDays_.contains(day) || replacedDays_.contains(day)) return;
+        if (excluded_.contains(start.instant) || replaced_.contains(start.instant)) return;
+        const auto later = future_.upper_bound(start.instant);
+        if (later != future_.begin()) return addShifted(start.wall, *std::prev(later)->second, from, to, out);
+        Occurrence occurrence{start.instant, {}, &master_, !master_.rules.empty()};
+        if (start.period != nullptr && start.period->end)
+            occurrence.end = instantOf(*start.period->end, zoneOf_);
         else
-            occurrence.end = endOf(start, id, extra != nullptr ? *extra->duration : length_, zoneOf_);
+            occurrence.end = endOf(atWall(start.wall), start.instant,
+                                   start.period != nullptr ? *start.period->duration : length_, zoneOf_);
+        occurrence.end = std::max(occurrence.end, occurrence.start);
         if (overlaps(occurrence, from, to)) out.occurrences.push_back(occurrence);
     }
 
@@ -159,23 +226,22 @@ private:
     void addShifted(WallTime wall, const EventComponent& override, Instant from, Instant to,
                     OccurrenceList& out) const {
         EventTime start = override.start;
-        start.wall =
-            std::clamp(wall + (override.start.wall - onSeriesWall(*override.recurrenceId)), earliestWall, latestWall);
+        start.wall = clampedWall(wall + (override.start.wall - onSeriesWall(*override.recurrenceId)));
         if (start.isDate()) start.wall = floor<days>(start.wall);
-        Occurrence occurrence{instantOf(start, zoneOf_), {}, &override, !master_.rules.empty()};
-        occurrence.end = endOf(start, occurrence.start, lengthOf(override, zoneOf_), zoneOf_);
-        if (overlaps(occurrence, from, to)) out.occurrences.push_back(occurrence);
+        addOccurrence(start, instantOf(start, zoneOf_), override, from, to, out);
     }
 
-    void addOverride(const EventComponent& override, Instant from, Instant to, OccurrenceList& out) const {
-        Occurrence occurrence{instantOf(override.start, zoneOf_), {}, &override, !master_.rules.empty()};
-        occurrence.end = endOf(override.start, occurrence.start, lengthOf(override, zoneOf_), zoneOf_);
+    void addOccurrence(const EventTime& start, Instant instant, const EventComponent& component, Instant from,
+                       Instant to, OccurrenceList& out) const {
+        Occurrence occurrence{instant, {}, &component, !master_.rules.empty()};
+        occurrence.end = endOf(start, instant, lengthOf(component, zoneOf_), zoneOf_);
         if (overlaps(occurrence, from, to)) out.occurrences.push_back(occurrence);
     }
 
     const EventComponent& master_;
     std::vector<const EventComponent*> overrides_;
     const ZoneFinder& zoneOf_;
+    Zone zone_;
     EventDuration length_;
     std::set<Instant> excluded_, replaced_;
     std::set<WallDay> excludedDays_, replacedDays_;
@@ -216,9 +282,12 @@ OccurrenceList occurrencesOf(const std::vector<EventComponent>& item, Instant fr
 std::optional<Occurrence> firstOccurrence(const std::vector<EventComponent>& item, const ZoneFinder& zoneOf) {
     if (item.empty()) return std::nullopt;
     Instant begin = instantOf(item.front().start, zoneOf);
-    for (const EventComponent& event : item) begin = std::min(begin, instantOf(event.start, zoneOf));
+    for (const EventComponent& event : item) {
+        begin = std::min(begin, instantOf(event.start, zoneOf));
+        for (const ExtraDate& extra : event.extraDates) begin = std::min(begin, instantOf(extra.start, zoneOf));
+    }
     // Most items have an occurrence at their start; exceptions can push the first one far out.
-    const Instant end = Instant{latestWall.time_since_epoch()};
+    const Instant end = Instant{latestWall.time_since_epoch()} + wallSlack;
     for (auto span = days(1); begin < end; span *= 8) {
         const Instant to = std::min(end, begin + span);
         const auto found = occurrencesOf(item, begin - days(1), to, zoneOf).occurrences;

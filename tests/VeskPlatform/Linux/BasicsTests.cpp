@@ -1,4 +1,3 @@
-#include "VeskPlatform/Linux/ChildProcess.hpp"
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
@@ -110,42 +109,6 @@ TEST(UserFoldersTests, MailIsTheFirstThatExists) {
     EXPECT_EQ(mailFolder(environment), home / "Maildir");
     environment.variables["VESK_MAIL_DIR"] = "/m";
     EXPECT_EQ(mailFolder(environment), "/m");
-}
-
-TEST(ChildProcessTests, TellsStatusAndBothOutputs) {
-    const auto result = runProgram({"/bin/sh", "-c", "echo out; echo err >&2; exit 3"});
-    ASSERT_TRUE(result);
-    EXPECT_EQ(result->status, 3);
-    EXPECT_EQ(result->output, "out\n");
-    EXPECT_EQ(result->errors, "err\n");
-    EXPECT_EQ(runProgram({"/bin/sh", "-c", "kill -TERM $$"})->status, 128 + SIGTERM);
-    EXPECT_EQ(runProgram({"/bin/cat"})->output, "") << "the input is empty";
-}
-
-TEST(ChildProcessTests, MuchOutputOnBothStreamsDoesNotStall) {
-    const auto result = runProgram({"/bin/sh", "-c", "head -c 3000000 /dev/zero; head -c 300000 /dev/zero >&2"});
-    ASSERT_TRUE(result);
-    EXPECT_GE(result->output.size(), std::size_t{1} << 20);
-    EXPECT_LT(result->output.size(), (std::size_t{1} << 20) + 4096);
-    EXPECT_EQ(result->errors.size(), 300000U);
-}
-
-TEST(ChildProcessTests, WhatCannotBeStartedIsTold) {
-    EXPECT_FALSE(runProgram({"/no/such/program"}));
-    EXPECT_FALSE(startDetached({"/no/such/program"}));
-    EXPECT_FALSE(startDetached({"/dev/null"}));
-}
-
-TEST(ChildProcessTests, DescriptorsOfThisProcessAreClosedInIt) {
-    const int leaked = ::open("/dev/null", O_RDONLY); // not close-on-exec
-    EXPECT_EQ(runProgram({"/bin/ls", "/proc/self/fd"})->output, "0\n1\n2\n3\n") << "3 is the listing's own";
-    ::close(leaked);
-}
-
-TEST(ChildProcessTests, ProgramsAreFoundInTheNamedFoldersOnly) {
-    EXPECT_EQ(installedProgram("env"), "/usr/bin/env");
-    EXPECT_EQ(installedProgram("env", {"/nowhere"}), std::nullopt);
-    EXPECT_EQ(installedProgram("no-such-program"), std::nullopt);
 }
 
 /// A script in the companion's place that tells through a pipe how it was started.
