@@ -27,14 +27,14 @@ struct StoreWorld {
     std::string root() const { return folder / "calendars"; }
     std::string cache() const { return folder / "cache"; }
 
-    VdirEventStore store(const std::string& cacheFolder) {
-        return VdirEventStore({.root = root(),
-                               .cacheFolder = cacheFolder,
-                               .timeZone = zone,
-                               .userAddresses = userAddresses,
-                               .log = [this](const std::string& line) { logged.push_back(line); }},
-                              clock);
+    VdirEventStoreOptions options(const std::string& cacheFolder) {
+        return {.root = root(),
+                .cacheFolder = cacheFolder,
+                .timeZone = zone,
+                .userAddresses = userAddresses,
+                .log = [this](const std::string& line) { logged.push_back(line); }};
     }
+    VdirEventStore store(const std::string& cacheFolder) { return VdirEventStore(options(cacheFolder), clock); }
     VdirEventStore store() { return store(cache()); }
     VdirEventStore storeWithoutIndex() { return store(""); }
 
