@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Vdir/EventComponent.hpp"
 
+#include "VeskPlatform/Linux/Vdir/IcsScanner.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
@@ -175,21 +176,24 @@ std::optional<ExtraDate> extraDate(icalproperty* property) {
     return result;
 }
 
-std::string valueText(icalproperty* property) {
-    char* text = icalproperty_get_value_as_string_r(property);
-    std::string result = text == nullptr ? "" : text;
-    icalmemory_free_buffer(text);
-    return result;
+/// One rule is the rule; more than these are an attempt to stall the reader.
+constexpr std::size_t maximumRules = 16;
+
+/// The rules as they stand in the text: the library writes them anew from numbers of 16 bits.
+std::vector<std::string> rulesOf(std::string_view text, std::string_view name) {
+    std::vector<std::string> rules = propertyValues(text, name);
+    rules.resize(std::min(rules.size(), maximumRules));
+    return rules;
 }
 
-void readRecurrence(icalcomponent* component, EventComponent& event) {
+void readRecurrence(icalcomponent* component, std::string_view text, EventComponent& event) {
     event.recurrenceId = firstTime(component, ICAL_RECURRENCEID_PROPERTY);
     if (icalproperty* id = icalcomponent_get_first_property(component, ICAL_RECURRENCEID_PROPERTY)) {
         const auto range = parameterText(id, "RANGE");
         event.thisAndFuture = range && upperCased(*range) == "THISANDFUTURE";
     }
-    forEachProperty(component, ICAL_RRULE_PROPERTY, [&](auto* p) { event.rules.push_back(valueText(p)); });
-    forEachProperty(component, ICAL_EXRULE_PROPERTY, [&](auto* p) { event.excludedRules.push_back(valueText(p)); });
+    event.rules = rulesOf(text, "RRULE");
+    event.excludedRules = rulesOf(text, "EXRULE");
     forEachProperty(component, ICAL_RDATE_PROPERTY, [&](auto* p) {
         if (auto date = extraDate(p)) event.extraDates.push_back(std::move(*date));
     });
@@ -207,7 +211,8 @@ void readParticipants(icalcomponent* component, EventComponent& event, const std
     });
 }
 
-std::optional<EventComponent> eventComponent(icalcomponent* component, const std::vector<std::string>& userAddresses) {
+std::optional<EventComponent> eventComponent(icalcomponent* component, std::string_view text,
+                                             const std::vector<std::string>& userAddresses) {
     const auto start = firstTime(component, ICAL_DTSTART_PROPERTY);
     if (!start) return std::nullopt;
     EventComponent event;
@@ -226,26 +231,25 @@ std::optional<EventComponent> eventComponent(icalcomponent* component, const std
     event.availability = availabilityNumber(component);
     if (const auto changed = firstTime(component, ICAL_LASTMODIFIED_PROPERTY))
         event.lastModified = Instant{changed->wall.time_since_epoch()};
-    readRecurrence(component, event);
+    readRecurrence(component, text, event);
     readParticipants(component, event, userAddresses);
     return event;
 }
 
 } // namespace
 
-std::vector<EventComponent> parseEvents(std::string_view components, const std::vector<std::string>& userAddresses) {
-    std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n";
-    text.reserve(text.size() + components.size() + 20);
-    text += components;
-    std::replace(text.begin(), text.end(), '\0', '?'); // libical reads C strings
-    text += "\r\nEND:VCALENDAR\r\n";
-    const ComponentPointer calendar(icalparser_parse_string(text.c_str()));
-    std::vector<EventComponent> events;
-    if (calendar == nullptr) return events;
-    for (icalcomponent* c = icalcomponent_get_first_component(calendar.get(), ICAL_VEVENT_COMPONENT); c != nullptr;
-         c = icalcomponent_get_next_component(calendar.get(), ICAL_VEVENT_COMPONENT))
-        if (auto event = eventComponent(c, userAddresses)) events.push_back(std::move(*event));
-    return events;
+std::optional<EventComponent> parseEvent(std::string_view component, const std::vector<std::string>& userAddresses) {
+    std::string text; // the library reads C strings
+    text.reserve(component.size());
+    for (const char c : component) {
+        if (c == '\0')
+            text += "\uFFFD";
+        else
+            text += c;
+    }
+    const ComponentPointer parsed(icalparser_parse_string(text.c_str()));
+    if (parsed == nullptr || icalcomponent_isa(parsed.get()) != ICAL_VEVENT_COMPONENT) return std::nullopt;
+    return eventComponent(parsed.get(), text, userAddresses);
 }
 
 } // namespace vesk::vdir
