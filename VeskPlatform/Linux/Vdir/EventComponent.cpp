@@ -114,14 +114,10 @@ constexpr NumberTable<7> participationStatuses{{{"NEEDS-ACTION", 1},
 constexpr NumberTable<4> roles{{{"REQ-PARTICIPANT", 1}, {"OPT-PARTICIPANT", 2}, {"CHAIR", 3}, {"NON-PARTICIPANT", 4}}};
 constexpr NumberTable<4> userTypes{{{"INDIVIDUAL", 1}, {"ROOM", 2}, {"RESOURCE", 3}, {"GROUP", 4}}};
 
-int availabilityNumber(icalcomponent* component) {
+int availabilityNumber(icalcomponent* component, std::string_view text) {
     std::optional<int> busyStatus;
-    forEachProperty(component, ICAL_X_PROPERTY, [&](icalproperty* property) {
-        const char* name = icalproperty_get_x_name(property);
-        const char* value = icalproperty_get_value_as_string(property);
-        if (busyStatus || name == nullptr || value == nullptr) return;
-        if (upperCased(name) == "X-MICROSOFT-CDO-BUSYSTATUS") busyStatus = numberFor(busyStatuses, value);
-    });
+    for (const std::string& value : propertyValues(text, "X-MICROSOFT-CDO-BUSYSTATUS"))
+        if (!busyStatus) busyStatus = numberFor(busyStatuses, value);
     if (busyStatus) return *busyStatus;
     icalproperty* property = icalcomponent_get_first_property(component, ICAL_TRANSP_PROPERTY);
     const bool transparent = property != nullptr && icalproperty_get_transp(property) == ICAL_TRANSP_TRANSPARENT;
@@ -228,7 +224,7 @@ std::optional<EventComponent> eventComponent(icalcomponent* component, std::stri
     event.description = firstText(component, ICAL_DESCRIPTION_PROPERTY);
     event.url = firstText(component, ICAL_URL_PROPERTY);
     event.status = statusNumber(component);
-    event.availability = availabilityNumber(component);
+    event.availability = availabilityNumber(component, text);
     if (const auto changed = firstTime(component, ICAL_LASTMODIFIED_PROPERTY))
         event.lastModified = Instant{changed->wall.time_since_epoch()};
     readRecurrence(component, text, event);
@@ -236,17 +232,32 @@ std::optional<EventComponent> eventComponent(icalcomponent* component, std::stri
     return event;
 }
 
-} // namespace
-
-std::optional<EventComponent> parseEvent(std::string_view component, const std::vector<std::string>& userAddresses) {
-    std::string text; // the library reads C strings
-    text.reserve(component.size());
+/// What the library can read: it takes C strings, and looks for the line end anew every 80 bytes (a line of 10 MB took
+/// 38 s, measured), so that long lines are folded.
+std::string readableText(std::string_view component) {
+    constexpr std::size_t longestLine = 1000;
+    std::string text;
+    text.reserve(component.size() + component.size() / longestLine * 3);
+    std::size_t column = 0;
     for (const char c : component) {
+        const bool ends = c == '\n' || c == '\r';
+        if (column >= longestLine && !ends) {
+            text += "\r\n ";
+            column = 1;
+        }
+        column = ends ? 0 : column + 1;
         if (c == '\0')
             text += "\uFFFD";
         else
             text += c;
     }
+    return text;
+}
+
+} // namespace
+
+std::optional<EventComponent> parseEvent(std::string_view component, const std::vector<std::string>& userAddresses) {
+    const std::string text = readableText(component);
     const ComponentPointer parsed(icalparser_parse_string(text.c_str()));
     if (parsed == nullptr || icalcomponent_isa(parsed.get()) != ICAL_VEVENT_COMPONENT) return std::nullopt;
     return eventComponent(parsed.get(), text, userAddresses);
