@@ -132,6 +132,8 @@ std::string unescaped(std::string_view value) {
 struct OpenEvent {
     ScannedEvent event;
     std::optional<std::int32_t> start, end, duration;
+    /// Components that do not nest within it; a parser would end it at the wrong line.
+    bool broken = false;
 
     void finish() {
         if (!start) {
@@ -172,10 +174,10 @@ private:
         if (line.empty()) return;
         switch (upper(line.front())) {
         case 'B':
-            if (beginsWith(line, "BEGIN:")) return openComponent(line.substr(6), begin);
+            if (isProperty(line, "BEGIN")) return openComponent(valueOf(line), begin);
             return;
         case 'E':
-            if (beginsWith(line, "END:")) return closeComponent(line.substr(4));
+            if (isProperty(line, "END")) return closeComponent(valueOf(line));
             break;
         case 'D':
         case 'R':
@@ -193,7 +195,7 @@ private:
     void openComponent(std::string_view name, std::size_t begin) {
         name = withoutTrailingBlanks(name);
         if (open_.size() == maximumDepth) {
-            result_.damaged = true;
+            result_.damaged = event_.broken = true;
             return;
         }
         OpenComponent component{std::string(name), begin};
@@ -218,15 +220,16 @@ private:
         const auto found =
             std::find_if(open_.rbegin(), open_.rend(), [&](const auto& c) { return equals(name, c.name); });
         if (found == open_.rend()) {
-            result_.damaged = true;
+            result_.damaged = event_.broken = true;
             return;
         }
-        if (found != open_.rbegin()) result_.damaged = true;
         const bool whole = found == open_.rbegin();
+        if (!whole) result_.damaged = event_.broken = true;
         const OpenComponent component = *found;
         open_.erase(std::prev(found.base()), open_.end());
         const TextRange range{component.begin, next_};
-        if (component.name == "VEVENT" && whole) {
+        if (component.name == "VEVENT") {
+            if (event_.broken) return;
             event_.event.range = range;
             event_.finish();
             result_.events.push_back(std::move(event_.event));
@@ -292,9 +295,9 @@ std::vector<std::string> propertyValues(std::string_view component, std::string_
     for (std::size_t next = 0; next < component.size();) {
         std::string storage;
         const std::string_view line = nextLine(component, next, storage);
-        if (beginsWith(line, "BEGIN:"))
+        if (isProperty(line, "BEGIN"))
             ++depth;
-        else if (beginsWith(line, "END:"))
+        else if (isProperty(line, "END"))
             --depth;
         else if (depth == 1 && isProperty(line, name))
             values.emplace_back(trimmed(valueOf(unfolded(component, line, next))));

@@ -37,6 +37,7 @@ TEST(IcsScanner, FindsDamage) {
         {"event cut off before the next", calendar("BEGIN:VEVENT\nUID:a\n" + event("UID:b\nDTSTART:20240101T090000\n")),
          1, true},
         {"end without a begin", calendar("END:VEVENT\n"), 0, true},
+        {"end of an alarm without its begin", calendar(event("UID:a\nEND:VALARM\n") + event("UID:b\n")), 1, true},
         {"alarm cut off", calendarOfEvent("UID:u\nBEGIN:VALARM\n"), 0, true},
         {"fold within the name of a component", calendar("BEG\n IN:VEVENT\nUID:u\nEND:VE\n VENT\n"), 1, false},
     };
