@@ -44,7 +44,7 @@ TEST_F(BrokerMain, SuccessWritesTheDocumentThenOneLineBreak) {
 }
 
 TEST_F(BrokerMain, StatusPrintsTheWholeReport) {
-    platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}, .information = {}};
+    platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}};
     platform.fakeConsent.screenCapture = platform.fakeConsent.processTrusted = true;
     for (auto& [service, status] : platform.fakeConsent.statuses) status = 3;
     EXPECT_EQ(run({"status"}), 0);
