@@ -1,5 +1,6 @@
 // The built broker over calendar folders that are broken, hostile, huge or change while it works.
 
+#include "VeskPlatform/Linux/SqliteConnection.hpp"
 #include "tests/support/Privileges.hpp"
 #include "tests/support/ProgramRun.hpp"
 #include "tests/support/RefusedCalls.hpp"
@@ -327,6 +328,22 @@ TEST_F(CalendarStoreProgram, AStateFolderThatCannotBeWrittenStillGrants) {
     fs::permissions(folder / "state/consent.sqlite", fs::perms(0400));
     expectOnlyTheGoodEvent("read-only state");
     expectSuccess(create("New"));
+}
+
+TEST_F(CalendarStoreProgram, ALockedConsentDatabaseIsAClearErrorAndALockedIndexNone) {
+    expectOnlyTheGoodEvent("unlocked");
+    const auto patience = std::chrono::milliseconds(10);
+    {
+        SqliteConnection index((folder / "cache/calendars.sqlite").string(), patience);
+        index.run("BEGIN EXCLUSIVE");
+        expectOnlyTheGoodEvent("locked index");
+    }
+    {
+        SqliteConnection consent((folder / "state/consent.sqlite").string(), patience);
+        consent.run("BEGIN EXCLUSIVE");
+        expectOneFatalLine(date(), "VeskCalendarOperations Code=500 ");
+    }
+    expectOnlyTheGoodEvent("unlocked again");
 }
 
 TEST_F(CalendarStoreProgram, ARootThatIsAFileIsAClearError) {

@@ -1,5 +1,7 @@
 #include "VeskPlatform/Linux/Vdir/NewEventText.hpp"
 
+#include <array>
+#include <cstdio>
 #include <libical/ical.h>
 #include <memory>
 
@@ -8,30 +10,33 @@ namespace {
 
 using namespace std::chrono;
 
-icaltimetype icalTime(WallTime wall) {
+/// A DATE-TIME of RFC 5545, section 3.3.5. Not by the library, which writes zeros for years behind 3000.
+std::string dateTimeText(WallTime wall) {
     const local_days day = floor<days>(wall);
     const year_month_day date{day};
     const hh_mm_ss time{wall - day};
-    icaltimetype result = icaltime_null_time();
-    result.year = static_cast<int>(date.year());
-    result.month = static_cast<int>(static_cast<unsigned>(date.month()));
-    result.day = static_cast<int>(static_cast<unsigned>(date.day()));
-    result.hour = static_cast<int>(time.hours().count());
-    result.minute = static_cast<int>(time.minutes().count());
-    result.second = static_cast<int>(time.seconds().count());
-    return result;
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d%02u%02uT%02d%02d%02d", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                  static_cast<int>(time.seconds().count()));
+    return text.data();
 }
 
-icaltimetype icalUtc(Instant instant) {
-    icaltimetype result = icalTime(WallTime{floor<seconds>(instant).time_since_epoch()});
-    result.zone = icaltimezone_get_utc_timezone();
-    return result;
+std::string utcText(Instant instant) {
+    return dateTimeText(WallTime{floor<seconds>(instant).time_since_epoch()}) + "Z";
 }
 
-icaltimetype icalDate(Instant instant, const LocalCalendar& local) {
-    icaltimetype result = icalTime(WallTime{floor<days>(local.wallTime(instant))});
-    result.is_date = 1;
-    return result;
+std::string dateText(Instant instant, const LocalCalendar& local) {
+    return dateTimeText(local.wallTime(instant)).substr(0, 8);
+}
+
+/// Adds a property whose value stands as it is given.
+icalproperty* add(icalcomponent* event, const char* name, const std::string& value) {
+    icalproperty* property = icalproperty_new_x(value.c_str());
+    icalproperty_set_x_name(property, name);
+    icalcomponent_add_property(event, property);
+    return property;
 }
 
 bool isUtc(const LocalCalendar& zone) {
@@ -42,21 +47,16 @@ bool isUtc(const LocalCalendar& zone) {
 }
 
 /// Adds DTSTART or DTEND; true where the zone's definition is needed.
-bool addTime(icalcomponent* event, icalproperty_kind kind, Instant instant, const LocalCalendar& local) {
-    icalproperty* property = icalproperty_new(kind);
+bool addTime(icalcomponent* event, const char* name, Instant instant, const LocalCalendar& local) {
     const WallTime wall = local.wallTime(instant);
     const bool inUtc = isUtc(local) || local.meaning(wall).kind == WallTimeKind::repeated;
-    icalproperty_set_value(property, icalvalue_new_datetime(inUtc ? icalUtc(instant) : icalTime(wall)));
+    icalproperty* property = add(event, name, inUtc ? utcText(instant) : dateTimeText(wall));
     if (!inUtc) icalproperty_add_parameter(property, icalparameter_new_tzid(local.zoneIdentifier().c_str()));
-    icalcomponent_add_property(event, property);
     return !inUtc;
 }
 
-void addDay(icalcomponent* event, icalproperty_kind kind, Instant instant, const LocalCalendar& local) {
-    icalproperty* property = icalproperty_new(kind);
-    icalproperty_set_value(property, icalvalue_new_date(icalDate(instant, local)));
-    icalproperty_add_parameter(property, icalparameter_new_value(ICAL_VALUE_DATE));
-    icalcomponent_add_property(event, property);
+void addDay(icalcomponent* event, const char* name, Instant instant, const LocalCalendar& local) {
+    icalproperty_add_parameter(add(event, name, dateText(instant, local)), icalparameter_new_value(ICAL_VALUE_DATE));
 }
 
 struct ComponentDeleter {
@@ -69,16 +69,15 @@ std::string newEventText(const NewEvent& event, const std::string& uid, Instant 
     const std::unique_ptr<icalcomponent, ComponentDeleter> calendar(
         icalcomponent_vanew(ICAL_VCALENDAR_COMPONENT, icalproperty_new_version("2.0"),
                             icalproperty_new_prodid("-//Vesk//VeskShellCore//EN"), nullptr));
-    icalcomponent* made = icalcomponent_vanew(
-        ICAL_VEVENT_COMPONENT, icalproperty_new_uid(uid.c_str()), icalproperty_new_dtstamp(icalUtc(now)),
-        icalproperty_new_created(icalUtc(now)), icalproperty_new_lastmodified(icalUtc(now)), nullptr);
+    icalcomponent* made = icalcomponent_vanew(ICAL_VEVENT_COMPONENT, icalproperty_new_uid(uid.c_str()), nullptr);
+    for (const char* name : {"DTSTAMP", "CREATED", "LAST-MODIFIED"}) add(made, name, utcText(now));
     bool needsZone = false;
     if (event.allDay) {
-        addDay(made, ICAL_DTSTART_PROPERTY, event.start, local);
-        addDay(made, ICAL_DTEND_PROPERTY, event.end, local);
+        addDay(made, "DTSTART", event.start, local);
+        addDay(made, "DTEND", event.end, local);
     } else {
-        const bool startNeedsZone = addTime(made, ICAL_DTSTART_PROPERTY, event.start, local);
-        needsZone = addTime(made, ICAL_DTEND_PROPERTY, event.end, local) || startNeedsZone;
+        const bool startNeedsZone = addTime(made, "DTSTART", event.start, local);
+        needsZone = addTime(made, "DTEND", event.end, local) || startNeedsZone;
     }
     icalcomponent_add_property(made, icalproperty_new_summary(event.title.c_str()));
     if (event.location) icalcomponent_add_property(made, icalproperty_new_location(event.location->c_str()));

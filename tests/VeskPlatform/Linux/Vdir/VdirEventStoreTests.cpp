@@ -178,6 +178,18 @@ TEST_F(VdirEventStoreTests, ASavedEventIsOneNewFile) {
     EXPECT_THAT(world.store().survey().damagedFiles, IsEmpty());
 }
 
+TEST_F(VdirEventStoreTests, EveryYearThatAFileCanHoldIsWritten) {
+    world.write("home/color", "");
+    for (const std::string zone : {"UTC", "Europe/Berlin"})
+        for (const std::string start : {"00010102T000000", "19700101T000000", "30010101T120000", "99991231T210000"}) {
+            world.zone = zone;
+            const auto saved = world.store().save(newEvent(utc(start), utc(start) + std::chrono::hours(1)));
+            EXPECT_EQ(saved.start, utc(start)) << zone;
+            EXPECT_EQ(saved.end, utc(start) + std::chrono::hours(1)) << zone;
+            EXPECT_EQ(StoreWorld::text(world.store().event(saved.identifier).value()), StoreWorld::text(saved));
+        }
+}
+
 TEST_F(VdirEventStoreTests, DatesThatNoFileCanHoldAreRefusedAndLeaveNothing) {
     world.write("home/color", "");
     for (const Instant start :
