@@ -97,9 +97,12 @@ public:
     }
 
     void collect(Instant from, Instant to, OccurrenceList& out) const {
-        for (const Start& start : startsWithin(wallWindow(master_.start, length_, from, to), out.cutOff))
+        WallWindow own = wallWindow(master_.start, length_, from, to);
+        if (!future_.empty()) own.last = std::min(own.last, wallBehind(future_.begin()->first));
+        for (const Start& start : startsWithin(own, out.cutOff))
             if (isListed(start) && governing(start) == nullptr) add(start, from, to, out);
-        for (const auto& [id, override] : future_) collectShifted(*override, from, to, out);
+        for (auto shifted = future_.begin(); shifted != future_.end(); ++shifted)
+            collectShifted(shifted, from, to, out);
         for (const EventComponent* override : overrides_)
             addOccurrence(override->start, instantOf(override->start, zoneOf_), *override, from, to, out);
     }
@@ -112,6 +115,13 @@ private:
         /// The RDATE that it stems from, where that has a length of its own.
         const ExtraDate* period = nullptr;
     };
+
+    /// The overrides of THISANDFUTURE by the instant that they name.
+    using FutureOverrides = std::map<Instant, const EventComponent*>;
+
+    /// Walls of the series that are surely before and behind an instant.
+    WallTime wallBefore(Instant instant) const { return clampedWall(wallOf(instant, *zone_) - wallSlack); }
+    WallTime wallBehind(Instant instant) const { return clampedWall(wallOf(instant, *zone_) + wallSlack); }
 
     struct WallWindow {
         WallTime first{}, last{};
@@ -181,6 +191,7 @@ private:
         const auto [first, last] = window;
         const auto instantOnWall = [this](WallTime wall) { return instantOfWall(wall); };
         std::vector<Start> starts;
+        if (last < first) return starts;
         if (master_.start.wall >= first && master_.start.wall <= last) starts.push_back(startAt(master_.start.wall));
         for (const std::string& rule : master_.rules) {
             const auto found = ruleOccurrences(rule, master_.start, first, last, instantOnWall);
@@ -229,11 +240,15 @@ private:
     }
 
     /// The occurrences behind an override of THISANDFUTURE move as far as its own start moved.
-    void collectShifted(const EventComponent& override, Instant from, Instant to, OccurrenceList& out) const {
+    void collectShifted(FutureOverrides::const_iterator place, Instant from, Instant to, OccurrenceList& out) const {
+        const EventComponent& override = *place->second;
         const seconds shift = override.start.wall - onSeriesWall(*override.recurrenceId);
         WallWindow window = wallWindow(override.start, lengthOf(override, zoneOf_), from, to);
         // An all-day override of a timed series drops the time of day.
         window = {clampedWall(window.first - shift - days(1)), clampedWall(window.last - shift + days(1))};
+        window.first = std::max(window.first, wallBefore(place->first));
+        if (const auto next = std::next(place); next != future_.end())
+            window.last = std::min(window.last, wallBehind(next->first));
         for (const Start& start : startsWithin(window, out.cutOff)) {
             if (!isListed(start) || governing(start) != &override) continue;
             EventTime moved = override.start;
@@ -257,7 +272,7 @@ private:
     EventDuration length_;
     std::set<Instant> excluded_, replaced_;
     std::set<WallDay> excludedDays_, replacedDays_;
-    std::map<Instant, const EventComponent*> future_;
+    FutureOverrides future_;
     /// The RDATEs without a length of their own by wall, and the periods.
     std::vector<Start> extras_, periods_;
 };
