@@ -98,18 +98,30 @@ std::optional<RuleEnd> endOf(const icaltimetype& until) {
                    icaltime_is_utc(until) != 0 ? RuleEnd::Kind::utc : RuleEnd::Kind::local};
 }
 
-bool isGregorian(const icalrecurrencetype& rule) {
-    const std::string_view scale = rule.rscale == nullptr ? "" : rule.rscale;
-    return (scale.empty() || scale == "GREGORIAN") && rule.skip != ICAL_SKIP_BACKWARD && rule.skip != ICAL_SKIP_FORWARD;
-}
+/// The library gives the calendar's name away (measured: nothing else frees it).
+struct LibraryRule {
+    explicit LibraryRule(const std::string& text) : parts(icalrecurrencetype_from_string(text.c_str())) {}
+    LibraryRule(const LibraryRule&) = delete;
+    LibraryRule& operator=(const LibraryRule&) = delete;
+    ~LibraryRule() { icalmemory_free_buffer(parts.rscale); }
+
+    bool isGregorian() const {
+        const std::string_view scale = parts.rscale == nullptr ? "" : parts.rscale;
+        return (scale.empty() || scale == "GREGORIAN") && parts.skip != ICAL_SKIP_BACKWARD
+               && parts.skip != ICAL_SKIP_FORWARD;
+    }
+
+    icalrecurrencetype parts;
+};
 
 } // namespace
 
 std::optional<RuleParts> readRule(const std::string& text) {
     const RuleText given = ruleText(text);
-    const icalrecurrencetype rule = icalrecurrencetype_from_string(given.rest.c_str());
+    const LibraryRule read(given.rest);
+    const icalrecurrencetype& rule = read.parts;
     const auto frequency = frequencyOf(rule.freq);
-    if (!frequency || !isGregorian(rule)) return std::nullopt;
+    if (!frequency || !read.isGregorian()) return std::nullopt;
     RuleParts parts;
     parts.frequency = *frequency;
     if (given.interval) {

@@ -212,6 +212,7 @@ TEST(EventComponent, KeepsRulesAsTheyStandAndNoMoreThanAnybodyWrites) {
     const auto component = parsed(someStart + "RRULE:FREQ=SECONDLY;INTERVAL=86400\nEXRULE:FREQ=DAILY;X-A=1\n");
     EXPECT_EQ(component->rules, std::vector<std::string>{"FREQ=SECONDLY;INTERVAL=86400"});
     EXPECT_EQ(component->excludedRules, std::vector<std::string>{"FREQ=DAILY;X-A=1"});
+    EXPECT_EQ(parsed(someStart + "RRULE:RSCALE=HEBREW;FREQ=YEARLY\n")->rules.size(), 1U);
     std::string many;
     for (int i = 0; i < 1000; ++i) many += "RRULE:FREQ=DAILY\n";
     EXPECT_EQ(parsed(someStart + many)->rules.size(), 16U);
