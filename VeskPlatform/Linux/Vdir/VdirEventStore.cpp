@@ -198,6 +198,10 @@ std::vector<EventCalendar> VdirEventStore::calendars() {
 
 std::vector<CalendarEvent> VdirEventStore::events(Instant from, Instant to,
                                                   const std::vector<std::string>& calendarIdentifiers) {
+    // A date of four digits lies in between, whatever its zone; what is farther out would only overflow.
+    using std::chrono::sys_days, std::chrono::year;
+    from = std::max<Instant>(from, sys_days{year{-1} / 1 / 1});
+    to = std::min<Instant>(to, sys_days{year{10001} / 1 / 1});
     std::vector<CalendarEvent> result;
     for (const Collection& collection : state_->collections()) {
         const auto& wanted = calendarIdentifiers;
