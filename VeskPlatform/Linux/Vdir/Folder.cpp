@@ -9,6 +9,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,6 +41,14 @@ template <class Visit> void forEachVisibleEntry(DIR* directory, Visit visit) {
 }
 
 std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
+
+/// The signature of a regular file, links followed; none for anything else.
+std::optional<FileSignature> signatureOf(int folder, const char* name) {
+    struct stat status {};
+    if (::fstatat(folder, name, &status, 0) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    return FileSignature{status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim),
+                         static_cast<std::uint64_t>(status.st_size)};
+}
 
 } // namespace
 
@@ -108,15 +117,18 @@ FolderListing listFiles(const std::string& path, std::string_view extension) {
     const std::size_t count = listing.starts_.size();
     listing.signatures.resize(count);
     std::vector<char> gone(count, 0);
-    const int folder = ::dirfd(directory.get());
-    inParallel(count, 512, [&](std::size_t i) {
-        struct stat status {};
-        if (::fstatat(folder, listing.name(i), &status, 0) != 0 || !S_ISREG(status.st_mode)) {
-            gone[i] = 1;
-            return;
+    constexpr std::size_t block = 256;
+    inParallel((count + block - 1) / block, 8, [&](std::size_t number) {
+        // Its own descriptor: threads that share one wait for each other at its count of uses, at every call.
+        const FileDescriptor own(::openat(::dirfd(directory.get()), ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+        const int folder = own ? own.get() : ::dirfd(directory.get());
+        for (std::size_t i = number * block; i < std::min(count, (number + 1) * block); ++i) {
+            const auto signature = signatureOf(folder, listing.name(i));
+            if (signature)
+                listing.signatures[i] = *signature;
+            else
+                gone[i] = 1;
         }
-        listing.signatures[i] = {status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim),
-                                 static_cast<std::uint64_t>(status.st_size)};
     });
     if (std::find(gone.begin(), gone.end(), 1) != gone.end()) listing.remove(gone);
     return listing;

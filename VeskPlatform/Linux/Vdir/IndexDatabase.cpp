@@ -53,7 +53,7 @@ std::optional<std::string> IndexDatabase::load(const std::string& collectionPath
 
 void IndexDatabase::write(const std::string& collectionPath, const std::string& bytes) {
     // A cache need not survive a power cut, so nothing is flushed; a torn write is found by the content's checksum.
-    connection().run("PRAGMA synchronous = OFF;"
+    connection().run("PRAGMA synchronous = OFF; PRAGMA journal_mode = MEMORY;"
                      "CREATE TABLE IF NOT EXISTS collection (path TEXT PRIMARY KEY, content BLOB NOT NULL)");
     SqliteQuery query(connection(), "INSERT OR REPLACE INTO collection VALUES (?1, ?2)");
     query.bind(0, collectionPath);

@@ -60,13 +60,12 @@ std::vector<std::uint64_t> daysTouched(const CalendarFile& file, std::size_t ite
 
 } // namespace
 
-IndexedCollection::IndexedCollection(std::string path, IndexDatabase& database, Zones& zones, Instant now)
-    : path_(std::move(path)), database_(database), zones_(zones) {
-    refresh(now);
+IndexedCollection::IndexedCollection(std::string path, DatedListing listing, IndexDatabase& database, Zones& zones)
+    : path_(std::move(path)), database_(database), zones_(zones), listing_(std::move(listing.files)) {
+    refresh(listing.before);
 }
 
 void IndexedCollection::refresh(Instant now) {
-    listing_ = listFiles(path_, ".ics");
     CollectionIndex known;
     if (const auto stored = database_.load(path_))
         known = CollectionIndex::decoded(*stored).value_or(CollectionIndex{});

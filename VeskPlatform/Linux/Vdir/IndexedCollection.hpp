@@ -15,13 +15,18 @@ struct Candidate {
     std::vector<std::size_t> items;
 };
 
+/// The files of a collection's folder, and what the clock showed before they were listed.
+struct DatedListing {
+    Instant before{};
+    FolderListing files;
+};
+
 /// One collection at one moment: what its files are now, and through the index which of them a question concerns.
 /// Answers may name too much, never too little; the files themselves have the last word.
 class IndexedCollection {
 public:
-    /// Lists the folder, and reads the files whose signature the index does not have. `path` is absolute, `now` what
-    /// the clock showed before.
-    IndexedCollection(std::string path, IndexDatabase& database, Zones& zones, Instant now);
+    /// Reads the files whose signature the index does not have. `path` is absolute.
+    IndexedCollection(std::string path, DatedListing listing, IndexDatabase& database, Zones& zones);
 
     /// Items with an occurrence that may overlap [from, to), by file name. Remembers the days of recurring items.
     std::vector<Candidate> overlapping(Instant from, Instant to);

@@ -99,7 +99,8 @@ struct VdirEventStore::State {
         auto& slot = indexes[collection.path];
         if (slot == nullptr) {
             try {
-                slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), database, zones, clock.now());
+                slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), listingOf(collection),
+                                                           database, zones);
             } catch (const PosixError& error) {
                 options.log("calendar-store folder unreadable errno=" + std::to_string(error.code()));
                 return nullptr;
@@ -108,6 +109,33 @@ struct VdirEventStore::State {
             logFiles(*slot, FileHealth::unreadable, "unreadable");
         }
         return slot.get();
+    }
+
+    /// Lists the folders that were not looked into yet, several at a time. What fails is tried again when it is used.
+    void listAhead(const std::vector<const Collection*>& wanted) {
+        std::vector<const Collection*> fresh;
+        for (const Collection* collection : wanted)
+            if (!indexes.contains(collection->path)) fresh.push_back(collection);
+        std::vector<std::optional<DatedListing>> listedFolders(fresh.size());
+        inParallel(fresh.size(), 2, [&](std::size_t i) {
+            try {
+                listedFolders[i] = listed(*fresh[i]);
+            } catch (const PosixError&) {
+                listedFolders[i].reset();
+            }
+        });
+        for (std::size_t i = 0; i < fresh.size(); ++i)
+            if (listedFolders[i]) listings.insert_or_assign(fresh[i]->path, std::move(*listedFolders[i]));
+    }
+
+    DatedListing listed(const Collection& collection) const {
+        const Instant before = clock.now(); // what changes during the listing is looked at again next time
+        return {before, listFiles(collection.path, ".ics")};
+    }
+
+    DatedListing listingOf(const Collection& collection) {
+        auto ahead = listings.extract(collection.path);
+        return ahead.empty() ? listed(collection) : std::move(ahead.mapped());
     }
 
     void logFiles(const IndexedCollection& collection, FileHealth health, const std::string& kind) const {
@@ -182,6 +210,8 @@ struct VdirEventStore::State {
     IndexDatabase database;
     std::optional<std::vector<Collection>> found;
     std::vector<std::string> unreadable;
+    /// Folders listed ahead of their use, by path.
+    std::map<std::string, DatedListing> listings;
     std::map<std::string, std::unique_ptr<IndexedCollection>> indexes; ///< By path: identifiers may be repaired.
 };
 
@@ -202,13 +232,16 @@ std::vector<CalendarEvent> VdirEventStore::events(Instant from, Instant to,
     using std::chrono::sys_days, std::chrono::year;
     from = std::max<Instant>(from, sys_days{year{-1} / 1 / 1});
     to = std::min<Instant>(to, sys_days{year{10001} / 1 / 1});
+    std::vector<const Collection*> wanted;
+    for (const Collection& collection : state_->collections())
+        if (std::ranges::find(calendarIdentifiers, collection.identifier) != calendarIdentifiers.end())
+            wanted.push_back(&collection);
+    state_->listAhead(wanted);
     std::vector<CalendarEvent> result;
-    for (const Collection& collection : state_->collections()) {
-        const auto& wanted = calendarIdentifiers;
-        if (std::find(wanted.begin(), wanted.end(), collection.identifier) == wanted.end()) continue;
-        IndexedCollection* indexed = state_->indexed(collection);
+    for (const Collection* collection : wanted) {
+        IndexedCollection* indexed = state_->indexed(*collection);
         if (indexed == nullptr) continue;
-        auto events = state_->occurrences(collection, indexed->path(), indexed->overlapping(from, to), from, to);
+        auto events = state_->occurrences(*collection, indexed->path(), indexed->overlapping(from, to), from, to);
         result.insert(result.end(), std::make_move_iterator(events.begin()), std::make_move_iterator(events.end()));
         indexed->save();
     }
