@@ -6,6 +6,7 @@
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>
+#include <exception>
 #include <string>
 
 namespace vesk {
@@ -67,7 +68,7 @@ Task<CapabilityStatusReport> requestCapability(Platform& platform, CapabilityKin
     std::optional<CapabilityStatus> fresher;
     try {
         fresher = co_await sendRequest(platform, kind);
-    } catch (const ErrorRecord&) { // a request that could not be sent: the report shows the state
+    } catch (const std::exception&) { // a request that could not be sent: the report shows the state
     }
     co_return co_await capabilityReport(platform, std::move(fresher));
 }

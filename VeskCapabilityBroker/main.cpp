@@ -21,6 +21,8 @@ std::pair<std::string, std::string> describe(const std::string& capabilityId) {
 int main(int count, char** values) {
     // A reader that went away is a failed write with its line on standard error, not a silent death.
     std::signal(SIGPIPE, SIG_IGN);
+    // So is a write past the user's limit of a file's size.
+    std::signal(SIGXFSZ, SIG_IGN);
     vesk::reserveStandardDescriptors();
 
     vesk::LinuxPlatform platform({.describeCapability = describe, .log = {}});

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 
@@ -11,8 +10,6 @@ struct Bundle {
     std::string path;
     std::optional<std::string> executablePath;
     std::optional<std::string> resourcesPath;
-    /// The string values of the information dictionary; empty for a bare executable.
-    std::map<std::string, std::string> information;
 };
 
 } // namespace vesk

@@ -117,6 +117,14 @@ inline std::string childPath(const std::string& path, std::string_view key) {
     return path.empty() ? std::string(key) : path + "." + std::string(key);
 }
 
+/// `"letter", "a4"`.
+template <RawEnumeration E> std::string knownWords() {
+    std::string words;
+    for (const auto& [value, raw] : rawValueTable<E>)
+        words.append(words.empty() ? "\"" : ", \"").append(raw).append("\"");
+    return words;
+}
+
 template <class T> const T& expect(const JsonValue& json, const std::string& path, std::string_view expected) {
     const T* value = std::get_if<T>(&json.value);
     if (value == nullptr) failMistyped(path, expected);
@@ -153,7 +161,7 @@ void read(const JsonValue& json, const std::string& path, T& out) {
 }
 template <RawEnumeration E> void read(const JsonValue& json, const std::string& path, E& out) {
     const auto value = fromRawValue<E>(expect<std::string>(json, path, "a string"));
-    if (!value) failMistyped(path, "one of its known words");
+    if (!value) failMistyped(path, "one of " + knownWords<E>());
     out = *value;
 }
 template <Record R> void read(const JsonValue& json, const std::string& path, R& out);

@@ -29,10 +29,8 @@ std::string runningExecutable() {
 
 Bundle bundleOfExecutable(const std::string& executablePath) {
     const fs::path executable(executablePath);
-    Bundle bundle{.path = executable.parent_path().string(),
-                  .executablePath = executablePath,
-                  .resourcesPath = std::nullopt,
-                  .information = {}};
+    Bundle bundle{
+        .path = executable.parent_path().string(), .executablePath = executablePath, .resourcesPath = std::nullopt};
     for (fs::path folder = executable.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
         if (folder.extension() != ".app") continue;
         const fs::path contents = folder / "Contents";

@@ -16,9 +16,10 @@ ThreadSerialQueue::~ThreadSerialQueue() {
 void ThreadSerialQueue::async(std::function<void()> block) {
     {
         const std::lock_guard lock(mutex_);
+        // First, since a thread that the system refuses must leave no block behind for `drain` to wait for.
+        if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
         blocks_.push_back(std::move(block));
         ++submittedCount_;
-        if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
     }
     submitted_.notify_one();
 }

@@ -10,7 +10,8 @@
 
 namespace vesk {
 
-/// A queue on a thread of its own, made by the first block. Its destructor runs what is still queued.
+/// A queue on a thread of its own, made by the first block; where the system refuses it, `async` throws
+/// std::system_error and the block is dropped. Its destructor runs what is still queued.
 class ThreadSerialQueue : public SerialQueue {
 public:
     ThreadSerialQueue() = default;

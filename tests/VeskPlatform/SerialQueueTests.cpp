@@ -3,6 +3,8 @@
 #include "tests/fakes/FakeBasics.hpp"
 
 #include <future>
+#include <pthread.h>
+#include <system_error>
 
 namespace vesk::test {
 namespace {
@@ -40,6 +42,44 @@ TEST(ThreadSerialQueueTests, WhatABlockHoldsIsGoneWhenTheQueueHasDrained) {
     queue.async([held = std::move(held)] {});
     queue.drain();
     EXPECT_TRUE(watched.expired());
+}
+
+/// New threads want more stack than there are addresses, so the system refuses them.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        ::pthread_getattr_default_np(&before_);
+        pthread_attr_t huge;
+        ::pthread_attr_init(&huge);
+        ::pthread_attr_setstacksize(&huge, std::size_t{1} << 50);
+        EXPECT_EQ(::pthread_setattr_default_np(&huge), 0);
+        ::pthread_attr_destroy(&huge);
+    }
+    ~NoMoreThreads() {
+        ::pthread_setattr_default_np(&before_);
+        ::pthread_attr_destroy(&before_);
+    }
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+
+private:
+    pthread_attr_t before_{};
+};
+
+TEST(ThreadSerialQueueTests, ARefusedThreadDropsItsBlockAndNothingWaitsForIt) {
+    std::vector<std::string> ran;
+    ThreadSerialQueue queue;
+    {
+        const NoMoreThreads refused;
+        EXPECT_THROW(queue.async([&] { ran.emplace_back("dropped"); }), std::system_error);
+    }
+    queue.async([&] { ran.emplace_back("run"); });
+    queue.drain();
+    EXPECT_EQ(ran, std::vector<std::string>{"run"});
+    const NoMoreThreads refused;
+    ThreadSerialQueue empty;
+    EXPECT_THROW(empty.async([] {}), std::system_error);
+    if (!HasFailure()) empty.drain();
 }
 
 } // namespace

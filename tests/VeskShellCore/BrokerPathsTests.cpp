@@ -7,7 +7,7 @@ namespace vesk {
 namespace {
 
 Bundle bundleAt(std::string path, std::optional<std::string> executable = std::nullopt) {
-    return {.path = std::move(path), .executablePath = std::move(executable), .resourcesPath = {}, .information = {}};
+    return {.path = std::move(path), .executablePath = std::move(executable), .resourcesPath = {}};
 }
 
 TEST(BrokerPaths, ExecutableRuleTakesTheMainBundlesExecutable) {

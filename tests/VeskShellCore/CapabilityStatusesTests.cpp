@@ -141,7 +141,7 @@ TEST(CapabilityReport, PathsFollowTheExecutableRule) {
     EXPECT_EQ(report.brokerPath, "/Applications/Vesk.app/Contents/Helpers/VeskCapabilityBroker");
     EXPECT_EQ(report.bundlePath, "/Applications/Vesk.app");
 
-    platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}, .information = {}};
+    platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}};
     report = test::runTask(capabilityReport(platform));
     EXPECT_EQ(report.brokerPath, "/opt/bin/broker");
     EXPECT_EQ(report.bundlePath, std::nullopt);

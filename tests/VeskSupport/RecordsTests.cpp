@@ -73,7 +73,7 @@ TEST(Records, NameThePathOfABadField) {
     EXPECT_EQ(failure(std::string(begin) + R"([{"count":4294967296}]})"),
               "4864 The data cannot be read: inner[0].count is not a whole number within its range.");
     EXPECT_EQ(failure(R"({"name":"n","inner":[],"paper":"legal"})"),
-              "4864 The data cannot be read: paper is not one of its known words.");
+              "4864 The data cannot be read: paper is not one of \"letter\", \"a4\".");
     EXPECT_EQ(failure(R"({"name":"n","inner":[],"nickname":true})"),
               "4864 The data cannot be read: nickname is not a string.");
 }

@@ -44,7 +44,7 @@ TEST_F(BrokerMain, SuccessWritesTheDocumentThenOneLineBreak) {
 }
 
 TEST_F(BrokerMain, StatusPrintsTheWholeReport) {
-    platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}, .information = {}};
+    platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}};
     platform.fakeConsent.screenCapture = platform.fakeConsent.processTrusted = true;
     for (auto& [service, status] : platform.fakeConsent.statuses) status = 3;
     EXPECT_EQ(run({"status"}), 0);
@@ -145,6 +145,7 @@ TEST_F(BrokerMain, CalendarCommandsReachTheirOperations) {
          "\"events\" : ["},
         {{"calendar-create", "--calendar", "Work", "--title", "T", "--start", "2026-04-26 14:00", "--location", "L"},
          "\"title\" : \"T\""},
+        {{"calendar-respond-invite", "--response", "yes", "--event-id", "none"}, "\"status\" : \"not_found\""},
     };
     for (const auto& [arguments, part] : cases) {
         SCOPED_TRACE(arguments[0]);
@@ -155,13 +156,6 @@ TEST_F(BrokerMain, CalendarCommandsReachTheirOperations) {
     }
     ASSERT_EQ(platform.fakeEventStore.saved.size(), 1U);
     EXPECT_EQ(platform.fakeEventStore.saved[0].location, "L");
-}
-
-TEST_F(BrokerMain, InvitationsReachTheirOperation) {
-    platform.fakeConsent.statuses[PrivacyService::events] = 3;
-    EXPECT_EQ(run({"calendar-respond-invite", "--response", "perhaps", "--event-id", "e"}), 1);
-    EXPECT_THAT(errorOutput.text(), HasSubstr("fatal error Error Domain="));
-    EXPECT_TRUE(output.writes.empty());
 }
 
 TEST_F(BrokerMain, CommandsOfOtherBuildsFailClearly) {
@@ -256,7 +250,7 @@ TEST_F(BrokerMain, OtherExceptionsEndInOneLineToo) {
         SCOPED_TRACE(rendering);
         errorOutput.writes.clear();
         platform.fakeConsent.onPrompt = fail;
-        EXPECT_EQ(run({"request", "calendar"}), 1);
+        EXPECT_EQ(run({"calendar-today"}), 1);
         expectFailure(rendering);
     }
 }

@@ -3,7 +3,9 @@
 #include "tests/fakes/FakePlatform.hpp"
 #include "tests/fakes/RunTask.hpp"
 
+#include <cerrno>
 #include <gtest/gtest.h>
+#include <system_error>
 
 namespace vesk {
 namespace {
@@ -79,6 +81,8 @@ TEST(CapabilityRequests, WhatNoProgramCanAskForPromptsNothing) {
 TEST(CapabilityRequests, ARequestThatCannotBeSentFailsNobody) {
     FakePlatform platform;
     platform.fakeConsent.onPrompt = [] { throw ErrorRecord("Consent", 1, "No way to ask."); };
+    for (const auto kind : allCapabilityKinds) EXPECT_NO_THROW(runTask(requestCapability(platform, kind)));
+    platform.fakeConsent.onPrompt = [] { throw std::system_error(EAGAIN, std::generic_category(), "thread"); };
     for (const auto kind : allCapabilityKinds) EXPECT_NO_THROW(runTask(requestCapability(platform, kind)));
 }
 

@@ -14,8 +14,7 @@ class FakePlatform : public Platform {
 public:
     Bundle bundle{.path = "/Applications/Vesk.app",
                   .executablePath = "/Applications/Vesk.app/Contents/Helpers/VeskCapabilityBroker",
-                  .resourcesPath = "/Applications/Vesk.app/Contents/Resources",
-                  .information = {}};
+                  .resourcesPath = "/Applications/Vesk.app/Contents/Resources"};
     FakeClock fakeClock;
     FakeConsent fakeConsent;
     FakeEnvironment fakeEnvironment;

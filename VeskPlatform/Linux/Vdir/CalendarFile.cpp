@@ -18,12 +18,12 @@ std::optional<CalendarFile> readCalendarFile(const std::string& path, int* errno
 
 std::vector<EventComponent> parseItem(const CalendarFile& file, std::size_t item,
                                       const std::vector<std::string>& userAddresses) {
-    std::string text;
-    for (const std::size_t event : file.scanned.items[item].events) {
-        text += file.scanned.events[event].range.of(file.bytes);
-        text += "\r\n";
+    std::vector<EventComponent> components;
+    for (const std::size_t place : file.scanned.items[item].events) {
+        const std::string_view text = file.scanned.events[place].range.of(file.bytes);
+        if (auto event = parseEvent(text, userAddresses)) components.push_back(std::move(*event));
     }
-    return parseEvents(text, userAddresses);
+    return components;
 }
 
 ZoneFinder zoneFinder(const CalendarFile& file, Zones& zones) {

@@ -3,6 +3,7 @@
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
@@ -26,6 +27,9 @@ std::uint64_t checksum(std::string_view bytes) {
 struct Header {
     std::uint64_t version, checksum, localZone, files, items, recurring, chunks;
 };
+
+/// What the checksum is of: all that stands behind it.
+std::string_view summed(std::string_view bytes) { return bytes.substr(offsetof(Header, localZone)); }
 
 template <class T> void append(std::string& out, const T* values, std::size_t count) {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -72,13 +76,15 @@ std::int32_t CollectionIndex::chunkOf(std::int32_t day) {
 
 std::uint64_t CollectionIndex::hashOf(std::string_view text) { return checksum(text); }
 
+std::uint64_t CollectionIndex::hashOfUid(std::string_view uid) { return checksum(trimmed(uid)); }
+
 void CollectionIndex::add(const FileSignature& signature, const ScannedFile& scanned, FileHealth health) {
     const auto file = static_cast<std::uint32_t>(files.size());
     files.push_back({signature, static_cast<std::uint32_t>(items.size()),
                      static_cast<std::uint32_t>(scanned.items.size()), health, 0});
     for (const ScannedItem& item : scanned.items) {
         const std::string& uid = scanned.events[item.events.front()].uid;
-        items.push_back({hashOf(repairedUtf8(uid)), item.span, file, IndexedItem::notRecurring});
+        items.push_back({hashOfUid(repairedUtf8(uid)), item.span, file, IndexedItem::notRecurring});
         if (!item.recurs) continue;
         items.back().recurring = static_cast<std::int32_t>(recurringCount++);
         for (auto& [chunk, masks] : chunks) masks.resize(recurringCount);
@@ -119,27 +125,26 @@ void CollectionIndex::distrustUnsettledFiles(std::int64_t now) {
 }
 
 std::string CollectionIndex::encoded() const {
-    std::string body;
-    body.reserve(files.size() * sizeof(IndexedFile) + items.size() * sizeof(IndexedItem));
-    append(body, files.data(), files.size());
-    append(body, items.data(), items.size());
+    Header header{formatVersion, 0, localZone, files.size(), items.size(), recurringCount, chunks.size()};
+    std::string bytes;
+    bytes.reserve(sizeof header + files.size() * sizeof(IndexedFile) + items.size() * sizeof(IndexedItem));
+    append(bytes, &header, 1);
+    append(bytes, files.data(), files.size());
+    append(bytes, items.data(), items.size());
     for (const auto& [chunk, masks] : chunks) {
         const std::int64_t number = chunk;
-        append(body, &number, 1);
-        append(body, masks.data(), masks.size());
+        append(bytes, &number, 1);
+        append(bytes, masks.data(), masks.size());
     }
-    const Header header{formatVersion, checksum(body), localZone,    files.size(),
-                        items.size(),  recurringCount, chunks.size()};
-    std::string result;
-    result.reserve(sizeof header + body.size());
-    append(result, &header, 1);
-    return result += body;
+    header.checksum = checksum(summed(bytes));
+    std::memcpy(bytes.data(), &header, sizeof header);
+    return bytes;
 }
 
 std::optional<CollectionIndex> CollectionIndex::decoded(std::string_view bytes) {
     Source source(bytes);
     Header header{};
-    if (!source.take(&header, 1) || header.version != formatVersion || header.checksum != checksum(source.rest())
+    if (!source.take(&header, 1) || header.version != formatVersion || header.checksum != checksum(summed(bytes))
         || header.recurring > header.items)
         return std::nullopt;
     CollectionIndex index;

@@ -48,6 +48,8 @@ struct CollectionIndex {
     static constexpr std::int32_t chunkDays = 64;
     static std::int32_t chunkOf(std::int32_t day);
     static std::uint64_t hashOf(std::string_view text);
+    /// Blanks at the ends aside, which parsing drops.
+    static std::uint64_t hashOfUid(std::string_view uid);
 
     /// The hash of the local zone's identifier, in which the days of all-day and floating occurrences are known.
     std::uint64_t localZone = 0;

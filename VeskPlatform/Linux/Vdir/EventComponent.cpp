@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Vdir/EventComponent.hpp"
 
+#include "VeskPlatform/Linux/Vdir/IcsScanner.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
@@ -113,14 +114,10 @@ constexpr NumberTable<7> participationStatuses{{{"NEEDS-ACTION", 1},
 constexpr NumberTable<4> roles{{{"REQ-PARTICIPANT", 1}, {"OPT-PARTICIPANT", 2}, {"CHAIR", 3}, {"NON-PARTICIPANT", 4}}};
 constexpr NumberTable<4> userTypes{{{"INDIVIDUAL", 1}, {"ROOM", 2}, {"RESOURCE", 3}, {"GROUP", 4}}};
 
-int availabilityNumber(icalcomponent* component) {
+int availabilityNumber(icalcomponent* component, std::string_view text) {
     std::optional<int> busyStatus;
-    forEachProperty(component, ICAL_X_PROPERTY, [&](icalproperty* property) {
-        const char* name = icalproperty_get_x_name(property);
-        const char* value = icalproperty_get_value_as_string(property);
-        if (busyStatus || name == nullptr || value == nullptr) return;
-        if (upperCased(name) == "X-MICROSOFT-CDO-BUSYSTATUS") busyStatus = numberFor(busyStatuses, value);
-    });
+    for (const std::string& value : propertyValues(text, "X-MICROSOFT-CDO-BUSYSTATUS"))
+        if (!busyStatus) busyStatus = numberFor(busyStatuses, value);
     if (busyStatus) return *busyStatus;
     icalproperty* property = icalcomponent_get_first_property(component, ICAL_TRANSP_PROPERTY);
     const bool transparent = property != nullptr && icalproperty_get_transp(property) == ICAL_TRANSP_TRANSPARENT;
@@ -175,21 +172,24 @@ std::optional<ExtraDate> extraDate(icalproperty* property) {
     return result;
 }
 
-std::string valueText(icalproperty* property) {
-    char* text = icalproperty_get_value_as_string_r(property);
-    std::string result = text == nullptr ? "" : text;
-    icalmemory_free_buffer(text);
-    return result;
+/// One rule is the rule; more than these are an attempt to stall the reader.
+constexpr std::size_t maximumRules = 16;
+
+/// The rules as they stand in the text: the library writes them anew from numbers of 16 bits.
+std::vector<std::string> rulesOf(std::string_view text, std::string_view name) {
+    std::vector<std::string> rules = propertyValues(text, name);
+    rules.resize(std::min(rules.size(), maximumRules));
+    return rules;
 }
 
-void readRecurrence(icalcomponent* component, EventComponent& event) {
+void readRecurrence(icalcomponent* component, std::string_view text, EventComponent& event) {
     event.recurrenceId = firstTime(component, ICAL_RECURRENCEID_PROPERTY);
     if (icalproperty* id = icalcomponent_get_first_property(component, ICAL_RECURRENCEID_PROPERTY)) {
         const auto range = parameterText(id, "RANGE");
         event.thisAndFuture = range && upperCased(*range) == "THISANDFUTURE";
     }
-    forEachProperty(component, ICAL_RRULE_PROPERTY, [&](auto* p) { event.rules.push_back(valueText(p)); });
-    forEachProperty(component, ICAL_EXRULE_PROPERTY, [&](auto* p) { event.excludedRules.push_back(valueText(p)); });
+    event.rules = rulesOf(text, "RRULE");
+    event.excludedRules = rulesOf(text, "EXRULE");
     forEachProperty(component, ICAL_RDATE_PROPERTY, [&](auto* p) {
         if (auto date = extraDate(p)) event.extraDates.push_back(std::move(*date));
     });
@@ -207,7 +207,8 @@ void readParticipants(icalcomponent* component, EventComponent& event, const std
     });
 }
 
-std::optional<EventComponent> eventComponent(icalcomponent* component, const std::vector<std::string>& userAddresses) {
+std::optional<EventComponent> eventComponent(icalcomponent* component, std::string_view text,
+                                             const std::vector<std::string>& userAddresses) {
     const auto start = firstTime(component, ICAL_DTSTART_PROPERTY);
     if (!start) return std::nullopt;
     EventComponent event;
@@ -223,29 +224,43 @@ std::optional<EventComponent> eventComponent(icalcomponent* component, const std
     event.description = firstText(component, ICAL_DESCRIPTION_PROPERTY);
     event.url = firstText(component, ICAL_URL_PROPERTY);
     event.status = statusNumber(component);
-    event.availability = availabilityNumber(component);
+    event.availability = availabilityNumber(component, text);
     if (const auto changed = firstTime(component, ICAL_LASTMODIFIED_PROPERTY))
         event.lastModified = Instant{changed->wall.time_since_epoch()};
-    readRecurrence(component, event);
+    readRecurrence(component, text, event);
     readParticipants(component, event, userAddresses);
     return event;
 }
 
+/// What the library can read: it takes C strings, and looks for the line end anew every 80 bytes (a line of 10 MB took
+/// 38 s, measured), so that long lines are folded.
+std::string readableText(std::string_view component) {
+    constexpr std::size_t longestLine = 1000;
+    std::string text;
+    text.reserve(component.size() + component.size() / longestLine * 3);
+    std::size_t column = 0;
+    for (const char c : component) {
+        const bool ends = c == '\n' || c == '\r';
+        if (column >= longestLine && !ends) {
+            text += "\r\n ";
+            column = 1;
+        }
+        column = ends ? 0 : column + 1;
+        if (c == '\0')
+            text += "\uFFFD";
+        else
+            text += c;
+    }
+    return text;
+}
+
 } // namespace
 
-std::vector<EventComponent> parseEvents(std::string_view components, const std::vector<std::string>& userAddresses) {
-    std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n";
-    text.reserve(text.size() + components.size() + 20);
-    text += components;
-    std::replace(text.begin(), text.end(), '\0', '?'); // libical reads C strings
-    text += "\r\nEND:VCALENDAR\r\n";
-    const ComponentPointer calendar(icalparser_parse_string(text.c_str()));
-    std::vector<EventComponent> events;
-    if (calendar == nullptr) return events;
-    for (icalcomponent* c = icalcomponent_get_first_component(calendar.get(), ICAL_VEVENT_COMPONENT); c != nullptr;
-         c = icalcomponent_get_next_component(calendar.get(), ICAL_VEVENT_COMPONENT))
-        if (auto event = eventComponent(c, userAddresses)) events.push_back(std::move(*event));
-    return events;
+std::optional<EventComponent> parseEvent(std::string_view component, const std::vector<std::string>& userAddresses) {
+    const std::string text = readableText(component);
+    const ComponentPointer parsed(icalparser_parse_string(text.c_str()));
+    if (parsed == nullptr || icalcomponent_isa(parsed.get()) != ICAL_VEVENT_COMPONENT) return std::nullopt;
+    return eventComponent(parsed.get(), text, userAddresses);
 }
 
 } // namespace vesk::vdir

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vesk::vdir {
@@ -56,8 +57,8 @@ struct EventComponent {
     std::optional<std::vector<EventParticipant>> attendees;
 };
 
-/// Parses the VEVENTs in `components` (the concatenated text of whole components). `userAddresses` are in lower case,
-/// without "mailto:"; an attendee with one of them is the current user. A VEVENT without a valid DTSTART is left out.
-std::vector<EventComponent> parseEvents(std::string_view components, const std::vector<std::string>& userAddresses);
+/// Parses the text of one whole VEVENT. `userAddresses` are in lower case, without "mailto:"; an attendee with one of
+/// them is the current user. None where it has no valid DTSTART.
+std::optional<EventComponent> parseEvent(std::string_view component, const std::vector<std::string>& userAddresses);
 
 } // namespace vesk::vdir

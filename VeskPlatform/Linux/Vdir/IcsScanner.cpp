@@ -1,5 +1,7 @@
 #include "VeskPlatform/Linux/Vdir/IcsScanner.hpp"
 
+#include "VeskSupport/Text.hpp"
+
 #include <algorithm>
 #include <chrono>
 #include <optional>
@@ -30,17 +32,6 @@ std::string_view valueOf(std::string_view line) {
             return line.substr(i + 1);
     }
     return {};
-}
-
-/// A TEXT value (RFC 5545, section 3.3.11) without its escapes.
-std::string textOf(std::string_view value) {
-    std::string text;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        const bool escaped = value[i] == '\\' && i + 1 < value.size();
-        const char c = escaped ? value[++i] : value[i];
-        text += escaped && (c == 'n' || c == 'N') ? '\n' : c;
-    }
-    return text;
 }
 
 /// The day of a value that begins with the eight digits of a date.
@@ -80,10 +71,69 @@ std::int32_t daysOfDuration(std::string_view value) {
     return total < 4e6 ? static_cast<std::int32_t>(total) + 1 : DaySpan::unbounded;
 }
 
+/// "BEGIN:VTIMEZONE" and blanks; only lines as short as this can be folded within what tells their kind.
+constexpr std::size_t longestName = 20;
+
+/// The physical line at `at`, without its line end; `at` moves behind it.
+std::string_view physicalLine(std::string_view text, std::size_t& at) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    std::string_view line = text.substr(at, end - at);
+    at = std::min(end + 1, text.size());
+    while (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+bool continuesAt(std::string_view text, std::size_t at) {
+    return at < text.size() && (text[at] == ' ' || text[at] == '\t');
+}
+
+/// `line` with the continuation lines (RFC 5545, section 3.1) that follow it at `next`.
+std::string unfolded(std::string_view text, std::string_view line, std::size_t next) {
+    std::string whole(line);
+    while (continuesAt(text, next)) whole += physicalLine(text, next).substr(1);
+    return whole;
+}
+
+/// The line at `next`, which moves behind it; with its continuation lines, kept in `storage`, where it is so short that
+/// the fold may lie within its name.
+std::string_view nextLine(std::string_view text, std::size_t& next, std::string& storage) {
+    const std::string_view line = physicalLine(text, next);
+    if (line.empty() || line.size() > longestName || !continuesAt(text, next)) return line;
+    storage = unfolded(text, line, next);
+    while (continuesAt(text, next)) physicalLine(text, next);
+    return storage;
+}
+
+std::string_view withoutTrailingBlanks(std::string_view name) {
+    while (name.ends_with(' ') || name.ends_with('\t')) name.remove_suffix(1);
+    return name;
+}
+
+bool isProperty(std::string_view line, std::string_view name) {
+    return beginsWith(line, name) && line.size() > name.size()
+           && (line[name.size()] == ':' || line[name.size()] == ';');
+}
+
+/// A TEXT value (RFC 5545, section 3.3.11) as it is meant.
+std::string unescaped(std::string_view value) {
+    std::string result;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\' || i + 1 == value.size()) {
+            result += value[i];
+            continue;
+        }
+        const char c = value[++i];
+        result += c == 'n' || c == 'N' ? '\n' : c;
+    }
+    return result;
+}
+
 /// What the lines of one VEVENT have told so far.
 struct OpenEvent {
     ScannedEvent event;
     std::optional<std::int32_t> start, end, duration;
+    /// Components that do not nest within it; a parser would end it at the wrong line.
+    bool broken = false;
 
     void finish() {
         if (!start) {
@@ -117,33 +167,17 @@ private:
         std::size_t begin;
     };
 
-    /// The physical line at `at`, without its line end; `at` moves behind it.
-    std::string_view physicalLine(std::size_t& at) const {
-        const std::size_t end = std::min(text_.find('\n', at), text_.size());
-        std::string_view line = text_.substr(at, end - at);
-        at = std::min(end + 1, text_.size());
-        while (line.ends_with('\r')) line.remove_suffix(1);
-        return line;
-    }
-
-    /// `line` with the continuation lines (RFC 5545, section 3.1) that follow it.
-    std::string unfolded(std::string_view line) const {
-        std::string whole(line);
-        for (std::size_t at = next_; at < text_.size() && (text_[at] == ' ' || text_[at] == '\t');)
-            whole += physicalLine(at).substr(1);
-        return whole;
-    }
-
     void readLine() {
         const std::size_t begin = next_;
-        const std::string_view line = physicalLine(next_);
+        std::string storage;
+        const std::string_view line = nextLine(text_, next_, storage);
         if (line.empty()) return;
         switch (upper(line.front())) {
         case 'B':
-            if (beginsWith(line, "BEGIN:")) return openComponent(line.substr(6), begin);
+            if (isProperty(line, "BEGIN")) return openComponent(valueOf(line), begin);
             return;
         case 'E':
-            if (beginsWith(line, "END:")) return closeComponent(line.substr(4));
+            if (isProperty(line, "END")) return closeComponent(valueOf(line));
             break;
         case 'D':
         case 'R':
@@ -158,23 +192,26 @@ private:
             readZoneProperty(line);
     }
 
-    static std::string_view withoutTrailingBlanks(std::string_view name) {
-        while (name.ends_with(' ') || name.ends_with('\t')) name.remove_suffix(1);
-        return name;
-    }
-
     void openComponent(std::string_view name, std::size_t begin) {
         name = withoutTrailingBlanks(name);
         if (open_.size() == maximumDepth) {
-            result_.damaged = true;
+            result_.damaged = event_.broken = true;
             return;
         }
         OpenComponent component{std::string(name), begin};
         for (char& c : component.name) c = upper(c);
         if (component.name == "VCALENDAR") sawCalendar_ = true;
-        if (component.name == "VEVENT") event_ = {};
+        if (component.name == "VEVENT") beginEvent();
         if (component.name == "VTIMEZONE") tzid_.clear();
         open_.push_back(std::move(component));
+    }
+
+    /// An event within an event: the outer one was cut off.
+    void beginEvent() {
+        const auto outer = std::find_if(open_.begin(), open_.end(), [](const auto& c) { return c.name == "VEVENT"; });
+        if (outer != open_.end()) result_.damaged = true;
+        open_.erase(outer, open_.end());
+        event_ = {};
     }
 
     void closeComponent(std::string_view name) {
@@ -183,15 +220,16 @@ private:
         const auto found =
             std::find_if(open_.rbegin(), open_.rend(), [&](const auto& c) { return equals(name, c.name); });
         if (found == open_.rend()) {
-            result_.damaged = true;
+            result_.damaged = event_.broken = true;
             return;
         }
-        if (found != open_.rbegin()) result_.damaged = true;
         const bool whole = found == open_.rbegin();
+        if (!whole) result_.damaged = event_.broken = true;
         const OpenComponent component = *found;
         open_.erase(std::prev(found.base()), open_.end());
         const TextRange range{component.begin, next_};
-        if (component.name == "VEVENT" && whole) {
+        if (component.name == "VEVENT") {
+            if (event_.broken) return;
             event_.event.range = range;
             event_.finish();
             result_.events.push_back(std::move(event_.event));
@@ -200,20 +238,15 @@ private:
         }
     }
 
-    static bool isProperty(std::string_view line, std::string_view name) {
-        return beginsWith(line, name) && line.size() > name.size()
-               && (line[name.size()] == ':' || line[name.size()] == ';');
-    }
-
     void readEventProperty(std::string_view line) {
         if (isProperty(line, "DTSTART"))
-            event_.start = dayOf(valueOf(unfolded(line)));
+            event_.start = dayOf(valueOf(unfolded(text_, line, next_)));
         else if (isProperty(line, "DTEND"))
-            event_.end = dayOf(valueOf(unfolded(line)));
+            event_.end = dayOf(valueOf(unfolded(text_, line, next_)));
         else if (isProperty(line, "DURATION"))
-            event_.duration = daysOfDuration(valueOf(unfolded(line)));
+            event_.duration = daysOfDuration(valueOf(unfolded(text_, line, next_)));
         else if (isProperty(line, "UID"))
-            event_.event.uid = textOf(valueOf(unfolded(line)));
+            event_.event.uid = textOf(line);
         else if (isProperty(line, "RECURRENCE-ID"))
             event_.event.isOverride = true;
         else if (isProperty(line, "RRULE") || isProperty(line, "RDATE") || isProperty(line, "EXRULE"))
@@ -221,7 +254,11 @@ private:
     }
 
     void readZoneProperty(std::string_view line) {
-        if (isProperty(line, "TZID")) tzid_ = valueOf(unfolded(line));
+        if (isProperty(line, "TZID")) tzid_ = textOf(line);
+    }
+
+    std::string textOf(std::string_view line) const {
+        return repairedUtf8(trimmed(unescaped(valueOf(unfolded(text_, line, next_)))));
     }
 
     void groupIntoItems() {
@@ -251,5 +288,21 @@ private:
 } // namespace
 
 ScannedFile scanCalendarText(std::string_view text) { return Scanner(text).run(); }
+
+std::vector<std::string> propertyValues(std::string_view component, std::string_view name) {
+    std::vector<std::string> values;
+    int depth = 0;
+    for (std::size_t next = 0; next < component.size();) {
+        std::string storage;
+        const std::string_view line = nextLine(component, next, storage);
+        if (isProperty(line, "BEGIN"))
+            ++depth;
+        else if (isProperty(line, "END"))
+            --depth;
+        else if (depth == 1 && isProperty(line, name))
+            values.emplace_back(trimmed(valueOf(unfolded(component, line, next))));
+    }
+    return values;
+}
 
 } // namespace vesk::vdir

@@ -27,7 +27,7 @@ struct DaySpan {
 /// A whole VEVENT and what can be told about it without parsing it.
 struct ScannedEvent {
     TextRange range;
-    /// Unfolded and unescaped, not trimmed; empty where there is none.
+    /// As the parser reads it; empty where there is none.
     std::string uid;
     /// The days from start to end; without a readable DTSTART, every day.
     DaySpan span;
@@ -61,5 +61,9 @@ struct ScannedFile {
 /// properties: about a gigabyte a second, so that a store can be indexed by looking at every file. Whole components of
 /// a damaged file are still found. Never throws but for want of memory.
 ScannedFile scanCalendarText(std::string_view text);
+
+/// The unfolded values of the property `name` (in upper case) as they stand in the text of one whole component, those
+/// of the components within it left out.
+std::vector<std::string> propertyValues(std::string_view component, std::string_view name);
 
 } // namespace vesk::vdir

@@ -25,8 +25,6 @@ std::int32_t dayOf(Instant instant) {
 
 Instant startOfUtcDay(std::int32_t day) { return sys_days{days{day}}; }
 
-std::int64_t systemNanoseconds() { return duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count(); }
-
 struct Examined {
     ScannedFile scanned;
     FileHealth health = FileHealth::whole;
@@ -62,13 +60,12 @@ std::vector<std::uint64_t> daysTouched(const CalendarFile& file, std::size_t ite
 
 } // namespace
 
-IndexedCollection::IndexedCollection(std::string path, IndexDatabase& database, Zones& zones)
+IndexedCollection::IndexedCollection(std::string path, IndexDatabase& database, Zones& zones, Instant now)
     : path_(std::move(path)), database_(database), zones_(zones) {
-    refresh();
+    refresh(now);
 }
 
-void IndexedCollection::refresh() {
-    const std::int64_t now = systemNanoseconds();
+void IndexedCollection::refresh(Instant now) {
     listing_ = listFiles(path_, ".ics");
     CollectionIndex known;
     if (const auto stored = database_.load(path_))
@@ -84,7 +81,7 @@ void IndexedCollection::refresh() {
         rebuild(known, now);
 }
 
-void IndexedCollection::rebuild(const CollectionIndex& known, std::int64_t now) {
+void IndexedCollection::rebuild(const CollectionIndex& known, Instant now) {
     changed_ = true;
     index_.localZone = known.localZone;
     std::unordered_map<std::uint64_t, std::size_t> placeOfInode;
@@ -115,7 +112,7 @@ void IndexedCollection::rebuild(const CollectionIndex& known, std::int64_t now) 
             index_.addFrom(known, places[i]);
         }
     }
-    index_.distrustUnsettledFiles(now);
+    index_.distrustUnsettledFiles(nanoseconds(now.time_since_epoch()).count());
 }
 
 void IndexedCollection::learnDays(std::int32_t firstChunk, std::int32_t lastChunk) {
@@ -208,7 +205,7 @@ std::vector<Candidate> IndexedCollection::overlapping(Instant from, Instant to) 
 }
 
 std::vector<Candidate> IndexedCollection::withUid(const std::string& uid) const {
-    const std::uint64_t hash = CollectionIndex::hashOf(uid);
+    const std::uint64_t hash = CollectionIndex::hashOfUid(uid);
     return candidates([&](const IndexedItem& item) { return item.uidHash == hash; });
 }
 

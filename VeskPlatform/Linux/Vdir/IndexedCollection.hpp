@@ -19,8 +19,9 @@ struct Candidate {
 /// Answers may name too much, never too little; the files themselves have the last word.
 class IndexedCollection {
 public:
-    /// Lists the folder, and reads the files whose signature the index does not have. `path` is absolute.
-    IndexedCollection(std::string path, IndexDatabase& database, Zones& zones);
+    /// Lists the folder, and reads the files whose signature the index does not have. `path` is absolute, `now` what
+    /// the clock showed before.
+    IndexedCollection(std::string path, IndexDatabase& database, Zones& zones, Instant now);
 
     /// Items with an occurrence that may overlap [from, to), by file name. Remembers the days of recurring items.
     std::vector<Candidate> overlapping(Instant from, Instant to);
@@ -36,8 +37,8 @@ public:
 private:
     std::string pathOf(std::size_t file) const { return path_ + "/" + nameOf(file); }
     const char* nameOf(std::size_t file) const { return listing_.name(file); }
-    void refresh();
-    void rebuild(const CollectionIndex& known, std::int64_t now);
+    void refresh(Instant now);
+    void rebuild(const CollectionIndex& known, Instant now);
     void learnDays(std::int32_t firstChunk, std::int32_t lastChunk);
     void forgetChunksFarFrom(std::int32_t chunk);
     bool mayTouch(const IndexedItem& item, std::int32_t firstDay, std::int32_t lastDay) const;

@@ -89,10 +89,20 @@ public:
                 replacedDays_.insert(floor<days>(override->recurrenceId->wall));
             if (override->thisAndFuture) future_.emplace(id, override);
         }
+        for (const ExtraDate& extra : master_.extraDates) {
+            const Start start = extraStart(extra);
+            (start.period != nullptr ? periods_ : extras_).push_back(start);
+        }
+        std::sort(extras_.begin(), extras_.end(), [](const Start& a, const Start& b) { return a.wall < b.wall; });
     }
 
     void collect(Instant from, Instant to, OccurrenceList& out) const {
-        for (const Start& start : startsBetween(from, to, out.cutOff)) add(start, from, to, out);
+        WallWindow own = wallWindow(master_.start, length_, from, to);
+        if (!future_.empty()) own.last = std::min(own.last, wallBehind(future_.begin()->first));
+        for (const Start& start : startsWithin(own, out.cutOff))
+            if (isListed(start) && governing(start) == nullptr) add(start, from, to, out);
+        for (auto shifted = future_.begin(); shifted != future_.end(); ++shifted)
+            collectShifted(shifted, from, to, out);
         for (const EventComponent* override : overrides_)
             addOccurrence(override->start, instantOf(override->start, zoneOf_), *override, from, to, out);
     }
@@ -106,32 +116,39 @@ private:
         const ExtraDate* period = nullptr;
     };
 
-    struct Reach {
-        seconds before{0}, after{0};
+    /// The overrides of THISANDFUTURE by the instant that they name.
+    using FutureOverrides = std::map<Instant, const EventComponent*>;
+
+    /// Walls of the series that are surely before and behind an instant.
+    WallTime wallBefore(Instant instant) const { return clampedWall(wallOf(instant, *zone_) - wallSlack); }
+    WallTime wallBehind(Instant instant) const { return clampedWall(wallOf(instant, *zone_) + wallSlack); }
+
+    struct WallWindow {
+        WallTime first{}, last{};
     };
 
-    /// The farthest that an occurrence that matters starts before the window, and behind it.
-    Reach reach() const {
-        Reach farthest{length_.days + length_.exact, seconds(0)};
-        for (const auto& [id, override] : future_) {
-            const seconds shift = abs(override->start.wall - override->recurrenceId->wall) + wallSlack;
-            const EventDuration length = lengthOf(*override, zoneOf_);
-            farthest.before = std::max(farthest.before, shift + length.days + length.exact);
-            farthest.after = std::max(farthest.after, shift);
-        }
-        constexpr seconds most = days(4'000'000);
-        return {std::min(farthest.before, most), std::min(farthest.after, most)};
+    /// The walls, on that of `start`, between which starts of that length matter. Exact where the offset is steady, so
+    /// that a rule that is cut off has given its times within the window.
+    WallWindow wallWindow(const EventTime& start, const EventDuration& length, Instant from, Instant to) const {
+        const Zone zone = zoneOf_(start);
+        const seconds longest = std::min<seconds>(length.days + length.exact, days(4'000'000));
+        const bool longOrAllDay = start.isDate() || longest > days(1);
+        const WallTime first = wallOf(from, *zone), last = wallOf(to, *zone);
+        const seconds before = longOrAllDay ? seconds(changeSlack) : slackNear(first, *zone);
+        const seconds after = longOrAllDay ? seconds(changeSlack) : slackNear(last, *zone);
+        return {clampedWall(first - longest - before), clampedWall(last + after)};
     }
 
-    /// The walls between which starts matter. Exact where the offset is steady, so that a rule that is cut off has
-    /// given its times within the window.
-    std::pair<WallTime, WallTime> wallWindow(Instant from, Instant to) const {
-        const Reach farthest = reach();
-        const bool longOrAllDay = master_.start.isDate() || farthest.before > days(1);
-        const WallTime first = wallOf(from, *zone_), last = wallOf(to, *zone_);
-        const seconds before = longOrAllDay ? seconds(changeSlack) : slackNear(first, *zone_);
-        const seconds after = longOrAllDay ? seconds(changeSlack) : slackNear(last, *zone_);
-        return {clampedWall(first - farthest.before - before), clampedWall(last + farthest.after + after)};
+    /// The override of THISANDFUTURE that a start lies behind, if any.
+    const EventComponent* governing(const Start& start) const {
+        const auto later = future_.upper_bound(start.instant);
+        return later == future_.begin() ? nullptr : std::prev(later)->second;
+    }
+
+    bool isListed(const Start& start) const {
+        const WallDay day = floor<days>(start.wall);
+        return !excludedDays_.contains(day) && !replacedDays_.contains(day) && !excluded_.contains(start.instant)
+               && !replaced_.contains(start.instant);
     }
 
     void exclude(const EventTime& date) {
@@ -170,17 +187,22 @@ private:
     }
 
     /// By instant, each once; a period goes before a start of the series' own length.
-    std::vector<Start> startsBetween(Instant from, Instant to, bool& cutOff) const {
-        const auto [first, last] = wallWindow(from, to);
+    std::vector<Start> startsWithin(const WallWindow& window, bool& cutOff) const {
+        const auto [first, last] = window;
         const auto instantOnWall = [this](WallTime wall) { return instantOfWall(wall); };
         std::vector<Start> starts;
+        if (last < first) return starts;
         if (master_.start.wall >= first && master_.start.wall <= last) starts.push_back(startAt(master_.start.wall));
         for (const std::string& rule : master_.rules) {
             const auto found = ruleOccurrences(rule, master_.start, first, last, instantOnWall);
             cutOff = cutOff || found.size() >= maximumOccurrences;
             for (const WallTime wall : found) starts.push_back(startAt(wall));
         }
-        for (const ExtraDate& extra : master_.extraDates) starts.push_back(extraStart(extra));
+        // A period may be longer than the series' own length, so that the window says nothing about its start.
+        starts.insert(starts.end(), periods_.begin(), periods_.end());
+        const auto byWall = [](const Start& a, const Start& b) { return a.wall < b.wall; };
+        starts.insert(starts.end(), std::lower_bound(extras_.begin(), extras_.end(), Start{{}, first, nullptr}, byWall),
+                      std::upper_bound(extras_.begin(), extras_.end(), Start{{}, last, nullptr}, byWall));
         std::sort(starts.begin(), starts.end(), [](const Start& a, const Start& b) {
             return std::pair(a.instant, a.period == nullptr) < std::pair(b.instant, b.period == nullptr);
         });
@@ -207,11 +229,6 @@ private:
     }
 
     void add(const Start& start, Instant from, Instant to, OccurrenceList& out) const {
-        const WallDay day = floor<days>(start.wall);
-        if (excludedDays_.contains(day) || replacedDays_.contains(day)) return;
-        if (excluded_.contains(start.instant) || replaced_.contains(start.instant)) return;
-        const auto later = future_.upper_bound(start.instant);
-        if (later != future_.begin()) return addShifted(start.wall, *std::prev(later)->second, from, to, out);
         Occurrence occurrence{start.instant, {}, &master_, !master_.rules.empty()};
         if (start.period != nullptr && start.period->end)
             occurrence.end = instantOf(*start.period->end, zoneOf_);
@@ -222,13 +239,23 @@ private:
         if (overlaps(occurrence, from, to)) out.occurrences.push_back(occurrence);
     }
 
-    /// An occurrence behind an override of THISANDFUTURE moves as far as the override's own start moved.
-    void addShifted(WallTime wall, const EventComponent& override, Instant from, Instant to,
-                    OccurrenceList& out) const {
-        EventTime start = override.start;
-        start.wall = clampedWall(wall + (override.start.wall - onSeriesWall(*override.recurrenceId)));
-        if (start.isDate()) start.wall = floor<days>(start.wall);
-        addOccurrence(start, instantOf(start, zoneOf_), override, from, to, out);
+    /// The occurrences behind an override of THISANDFUTURE move as far as its own start moved.
+    void collectShifted(FutureOverrides::const_iterator place, Instant from, Instant to, OccurrenceList& out) const {
+        const EventComponent& override = *place->second;
+        const seconds shift = override.start.wall - onSeriesWall(*override.recurrenceId);
+        WallWindow window = wallWindow(override.start, lengthOf(override, zoneOf_), from, to);
+        // An all-day override of a timed series drops the time of day.
+        window = {clampedWall(window.first - shift - days(1)), clampedWall(window.last - shift + days(1))};
+        window.first = std::max(window.first, wallBefore(place->first));
+        if (const auto next = std::next(place); next != future_.end())
+            window.last = std::min(window.last, wallBehind(next->first));
+        for (const Start& start : startsWithin(window, out.cutOff)) {
+            if (!isListed(start) || governing(start) != &override) continue;
+            EventTime moved = override.start;
+            moved.wall = clampedWall(start.wall + shift);
+            if (moved.isDate()) moved.wall = floor<days>(moved.wall);
+            addOccurrence(moved, instantOf(moved, zoneOf_), override, from, to, out);
+        }
     }
 
     void addOccurrence(const EventTime& start, Instant instant, const EventComponent& component, Instant from,
@@ -245,7 +272,9 @@ private:
     EventDuration length_;
     std::set<Instant> excluded_, replaced_;
     std::set<WallDay> excludedDays_, replacedDays_;
-    std::map<Instant, const EventComponent*> future_;
+    FutureOverrides future_;
+    /// The RDATEs without a length of their own by wall, and the periods.
+    std::vector<Start> extras_, periods_;
 };
 
 /// The last revision of each override (by SEQUENCE, then by place), in file order.

@@ -16,7 +16,7 @@ RuleDayFilter::Numbers::Numbers(const std::vector<int>& numbers) : all_(numbers.
 
 bool RuleDayFilter::Numbers::contain(int number, int count) const {
     return all_ || fromStart_[static_cast<std::size_t>(number)]
-           || fromEnd_[static_cast<std::size_t>(count - number + 1)];
+           || fromEnd_[static_cast<std::size_t>(count - number) + 1];
 }
 
 void RuleDayFilter::Numbers::onlyAllow(int number) {

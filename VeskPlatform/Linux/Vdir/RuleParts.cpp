@@ -28,20 +28,41 @@ std::optional<Frequency> frequencyOf(icalrecurrencetype_frequency frequency) {
     return std::nullopt;
 }
 
-/// The value of the part `name`, which is in upper case; none where there is no such part.
-std::optional<std::string_view> part(std::string_view text, std::string_view name) {
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find(';'), text.size());
-        const std::string_view candidate = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
-        if (candidate.size() <= name.size() || candidate[name.size()] != '=') continue;
-        const auto same = [](char wanted, char c) { return wanted == (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); };
-        if (std::equal(name.begin(), name.end(), candidate.begin(), same)) return candidate.substr(name.size() + 1);
-    }
-    return std::nullopt;
+/// A rule's text with the parts taken out that are read here.
+struct RuleText {
+    std::optional<std::string_view> interval, count;
+    bool hasUntil = false;
+    std::string rest;
+};
+
+/// Whether `part` is the one named so, case aside; `name` is in upper case and ends in "=".
+bool isPart(std::string_view part, std::string_view name) {
+    const auto same = [](char wanted, char c) { return wanted == (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); };
+    return part.size() >= name.size() && std::equal(name.begin(), name.end(), part.begin(), same);
 }
 
-/// A positive number, cut off at `largestNumber`. The library keeps INTERVAL in 16 bits (65537 becomes 1, measured).
+RuleText ruleText(std::string_view text) {
+    constexpr std::string_view intervalName = "INTERVAL=", countName = "COUNT=";
+    RuleText result;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find(';'), text.size());
+        const std::string_view part = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (isPart(part, intervalName)) {
+            result.interval = part.substr(intervalName.size());
+        } else if (isPart(part, countName)) {
+            result.count = part.substr(countName.size());
+        } else if (!part.empty()) {
+            result.hasUntil = result.hasUntil || isPart(part, "UNTIL=");
+            if (!result.rest.empty()) result.rest += ';';
+            result.rest += part;
+        }
+    }
+    return result;
+}
+
+/// A positive number, cut off at `largestNumber`. The library keeps INTERVAL in 16 bits (65537 becomes 1, measured) and
+/// takes no COUNT beyond 31.
 std::optional<std::int64_t> positiveNumber(std::string_view digits) {
     std::int64_t number = 0;
     for (const char c : trimmed(digits)) {
@@ -77,29 +98,42 @@ std::optional<RuleEnd> endOf(const icaltimetype& until) {
                    icaltime_is_utc(until) != 0 ? RuleEnd::Kind::utc : RuleEnd::Kind::local};
 }
 
-bool isGregorian(const icalrecurrencetype& rule) {
-    const std::string_view scale = rule.rscale == nullptr ? "" : rule.rscale;
-    return (scale.empty() || scale == "GREGORIAN") && rule.skip != ICAL_SKIP_BACKWARD && rule.skip != ICAL_SKIP_FORWARD;
-}
+/// The library gives the calendar's name away (measured: nothing else frees it).
+struct LibraryRule {
+    explicit LibraryRule(const std::string& text) : parts(icalrecurrencetype_from_string(text.c_str())) {}
+    LibraryRule(const LibraryRule&) = delete;
+    LibraryRule& operator=(const LibraryRule&) = delete;
+    ~LibraryRule() { icalmemory_free_buffer(parts.rscale); }
+
+    bool isGregorian() const {
+        const std::string_view scale = parts.rscale == nullptr ? "" : parts.rscale;
+        return (scale.empty() || scale == "GREGORIAN") && parts.skip != ICAL_SKIP_BACKWARD
+               && parts.skip != ICAL_SKIP_FORWARD;
+    }
+
+    icalrecurrencetype parts;
+};
 
 } // namespace
 
 std::optional<RuleParts> readRule(const std::string& text) {
-    const icalrecurrencetype rule = icalrecurrencetype_from_string(text.c_str());
+    const RuleText given = ruleText(text);
+    const LibraryRule read(given.rest);
+    const icalrecurrencetype& rule = read.parts;
     const auto frequency = frequencyOf(rule.freq);
-    if (!frequency || !isGregorian(rule)) return std::nullopt;
+    if (!frequency || !read.isGregorian()) return std::nullopt;
     RuleParts parts;
     parts.frequency = *frequency;
-    if (const auto interval = part(text, "INTERVAL")) {
-        const auto number = positiveNumber(*interval);
+    if (given.interval) {
+        const auto number = positiveNumber(*given.interval);
         if (!number) return std::nullopt;
         parts.interval = *number;
     }
-    if (const auto count = part(text, "COUNT")) {
-        parts.count = positiveNumber(*count);
+    if (given.count) {
+        parts.count = positiveNumber(*given.count);
         if (!parts.count) return std::nullopt;
     }
-    if (part(text, "UNTIL")) {
+    if (given.hasUntil) {
         parts.until = endOf(rule.until);
         if (!parts.until) return std::nullopt;
     }

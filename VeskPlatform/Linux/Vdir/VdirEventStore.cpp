@@ -99,7 +99,7 @@ struct VdirEventStore::State {
         auto& slot = indexes[collection.path];
         if (slot == nullptr) {
             try {
-                slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), database, zones);
+                slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), database, zones, clock.now());
             } catch (const PosixError& error) {
                 options.log("calendar-store folder unreadable errno=" + std::to_string(error.code()));
                 return nullptr;
@@ -121,6 +121,15 @@ struct VdirEventStore::State {
         return nullptr;
     }
 
+    /// The item's VEVENTs with the UID that the index knows: the parser mangles escapes that the format does not have.
+    std::vector<EventComponent> componentsOf(const CalendarFile& file, std::size_t item) const {
+        auto components = parseItem(file, item, userAddresses);
+        const ScannedItem& scanned = file.scanned.items[item];
+        const std::string uid = repairedUtf8(file.scanned.events[scanned.events.front()].uid);
+        for (EventComponent& component : components) component.uid = trimmed(uid);
+        return components;
+    }
+
     /// The occurrences of the candidates' items in [from, to), by file name and place in the file.
     std::vector<CalendarEvent> occurrences(const Collection& collection, const std::string& folder,
                                            const std::vector<Candidate>& candidates, Instant from, Instant to) {
@@ -132,7 +141,7 @@ struct VdirEventStore::State {
             const ZoneFinder zoneOf = zoneFinder(*file, zones);
             for (const std::size_t item : candidates[i].items) {
                 if (item >= file->scanned.items.size()) continue;
-                const auto components = parseItem(*file, item, userAddresses);
+                const auto components = componentsOf(*file, item);
                 for (const Occurrence& occurrence : occurrencesOf(components, from, to, zoneOf).occurrences)
                     perFile[i].push_back(eventOf(occurrence, calendar));
             }
@@ -144,7 +153,7 @@ struct VdirEventStore::State {
     }
 
     std::optional<CalendarEvent> firstOf(const CalendarFile& file, std::size_t item, const Collection& collection) {
-        const auto components = parseItem(file, item, userAddresses);
+        const auto components = componentsOf(file, item);
         const auto first = firstOccurrence(components, zoneFinder(file, zones));
         if (!first) return std::nullopt;
         return eventOf(*first, std::make_shared<const EventCalendar>(calendarOf(collection)));

@@ -17,6 +17,8 @@ std::optional<std::string> olsonName(std::string_view tzid) {
     }
 }
 
+constexpr const char* unknownZone = "calendar-store event zone=unknown using=local";
+
 std::string unquoted(std::string_view tzid) {
     tzid = trimmed(tzid);
     if (tzid.size() >= 2 && tzid.front() == '"' && tzid.back() == '"') tzid = tzid.substr(1, tzid.size() - 2);
@@ -47,13 +49,17 @@ bool Zones::isNamed(const std::string& tzid) {
 Zone Zones::find(const std::string& tzid, std::string_view definition) {
     const std::lock_guard lock(mutex_);
     if (Zone zone = named(tzid)) return zone;
+    if (definition.empty()) {
+        if (unknown_.insert(tzid).second) log_(unknownZone);
+        return local_;
+    }
     const auto known = byDefinition_.find(definition);
     if (known != byDefinition_.end()) return known->second;
     Zone zone = local_;
     if (auto defined = LocalCalendar::fromVTimeZone(std::string(definition)))
         zone = std::make_shared<LocalCalendar>(std::move(*defined));
     else
-        log_("calendar-store event zone=unknown using=local");
+        log_(unknownZone);
     byDefinition_.emplace(definition, zone);
     return zone;
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 
 namespace vesk::vdir {
@@ -36,6 +37,7 @@ private:
     std::function<void(const std::string&)> log_;
     std::map<std::string, Zone> byName_;
     std::map<std::string, Zone, std::less<>> byDefinition_;
+    std::set<std::string> unknown_;
 };
 
 } // namespace vesk::vdir

@@ -172,6 +172,11 @@ TEST(OccurrencesLocalTimes, ThatAreSkippedUseTheOffsetBeforeTheGap) {
              "20240330",
              "20240402",
              {"20240330T023000/20240330T024500", "20240331T033000/20240331T034500", "20240401T023000/20240401T024500"}},
+            {"recurring, window that begins behind the skipped time",
+             "DTSTART:20240301T023000\nDURATION:PT15M\nRRULE:FREQ=DAILY\n",
+             "20240331T031500",
+             "20240331T040000",
+             {"20240331T033000/20240331T034500"}},
             {"hours that meet behind the gap count once",
              "DTSTART:20240331T013000\nRRULE:FREQ=HOURLY;COUNT=4\n",
              "20240331",
@@ -381,6 +386,14 @@ TEST(OccurrencesExtra, KeepThePassOfARepeatedHour) {
     EXPECT_THAT(text.occurrences("20241027", "20241028"), ElementsAreArray(Spans{"20241027T013000/20241027T013000"}));
 }
 
+TEST(OccurrencesCutOff, LeavesADayOfSecondsWhole) {
+    CalendarText text(calendarOfEvent("DTSTART:20000101T000000Z\nRRULE:FREQ=SECONDLY\n"), "Europe/Berlin");
+    const auto found = text.occurrences("20240110", "20240111");
+    ASSERT_EQ(found.size(), 86'400U);
+    EXPECT_EQ(found.front(), "20240110T000000/20240110T000000");
+    EXPECT_EQ(found.back(), "20240110T235959/20240110T235959");
+}
+
 // ---- Overrides ------------------------------------------------------------------------------------------------
 
 struct OverrideCase {
@@ -501,6 +514,11 @@ TEST(OccurrencesOverride, OfThisAndFutureMovesTheOccurrencesBehindIt) {
           "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20240122T090000\nDTSTART:20240122T200000\n"},
          {first, "20240108T140000/20240108T140000 o", "20240115T140000/20240115T140000 o",
           "20240122T200000/20240122T200000 o"}},
+        {"by a thousand years",
+         "DTSTART;TZID=Europe/Berlin:10240101T090000\nRRULE:FREQ=DAILY\n",
+         {"RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:10240101T090000\n"
+          "DTSTART;VALUE=DATE:20240131\n"},
+         {"20240131T000000/20240201T000000 o"}},
         {"from out of the window into it",
          "DTSTART;TZID=Europe/Berlin:20231204T090000\nDURATION:PT1H\nRRULE:FREQ=WEEKLY;COUNT=3\n",
          {"RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20231211T090000\n"
