@@ -356,6 +356,18 @@ TEST_F(VdirReminderStoreTests, AThousandTodosAreListed) {
     EXPECT_EQ(all().size(), 1000U);
 }
 
+TEST_F(VdirReminderStoreTests, LongLinesAndCyclesOfRelationsAreNoHindrance) {
+    const std::string longLine = "X-LONG:" + std::string(std::size_t{10} << 20, 'x') + "\n";
+    write("home/a.ics", todo("UID:a\nRELATED-TO:b\n" + longLine));
+    write("home/b.ics", todo("UID:b\nRELATED-TO:a\n"));
+    EXPECT_THAT(identifiers(), ElementsAre("a", "b"));
+    VdirReminderStore opened = store();
+    Reminder reminder = opened.reminder("a").value();
+    reminder.completed = true;
+    EXPECT_TRUE(opened.save(reminder).completed);
+    EXPECT_THAT(read("home/a.ics"), HasSubstr("RELATED-TO:b\n" + longLine));
+}
+
 TEST_F(VdirReminderStoreTests, AFileThatChangedMeanwhileIsNeitherReplacedNorRemoved) {
     const std::string path = write("home/a.ics", "theirs");
     EXPECT_FALSE(vdir::replaceFileDurably(path, "what was read", "mine"));
