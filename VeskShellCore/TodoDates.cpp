@@ -1,7 +1,6 @@
 #include "VeskShellCore/TodoDates.hpp"
 
 #include "VeskShellCore/TodoError.hpp"
-#include "VeskSupport/DisplayDate.hpp"
 #include "VeskSupport/Iso8601.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -54,8 +53,8 @@ std::optional<WallTime> parseWall(std::string_view text) {
 
 } // namespace
 
-TodoClock::TodoClock(LocalCalendar currentCalendar, std::string currentLocale, Instant currentTime)
-    : calendar(std::move(currentCalendar)), locale(std::move(currentLocale)), now(currentTime),
+TodoClock::TodoClock(LocalCalendar currentCalendar, const std::string& locale, Instant currentTime)
+    : calendar(std::move(currentCalendar)), display(locale, calendar.zoneIdentifier()), now(currentTime),
       dayStart(calendar.startOfDay(now)), dayEnd(calendar.addDays(dayStart, 1)) {}
 
 Instant dueDate(const DueComponents& components, const TodoClock& clock) {
@@ -79,8 +78,7 @@ CapabilityTodoDuePayload duePayload(const DueComponents& components, const TodoC
     payload.iso = dueIsoString(components);
     payload.hasTime = components.hour.has_value() || components.minute.has_value();
     payload.local =
-        displayDate(dueDate(components, clock), payload.hasTime ? DisplayTime::shortStyle : DisplayTime::none,
-                    clock.locale, clock.calendar.zoneIdentifier());
+        clock.display.text(dueDate(components, clock), payload.hasTime ? DisplayTime::shortStyle : DisplayTime::none);
     return payload;
 }
 

@@ -2,6 +2,7 @@
 
 #include "VeskPlatform/ReminderStore.hpp"
 #include "VeskShellCore/TodoModels.hpp"
+#include "VeskSupport/DisplayDate.hpp"
 #include "VeskSupport/LocalCalendar.hpp"
 
 #include <optional>
@@ -12,12 +13,12 @@ namespace vesk::VeskTodoOperations {
 /// Where and when dates are looked at: one moment for a whole operation.
 struct TodoClock {
     LocalCalendar calendar;
-    std::string locale;
+    DateDisplay display;
     Instant now;
     /// The calendar day of `now`.
     Instant dayStart, dayEnd;
 
-    TodoClock(LocalCalendar currentCalendar, std::string currentLocale, Instant currentTime);
+    TodoClock(LocalCalendar currentCalendar, const std::string& locale, Instant currentTime);
     bool isToday(Instant instant) const { return instant >= dayStart && instant < dayEnd; }
 };
 

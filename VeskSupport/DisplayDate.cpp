@@ -1,6 +1,6 @@
 #include "VeskSupport/DisplayDate.hpp"
 
-#include <memory>
+#include <map>
 #include <unicode/datefmt.h>
 #include <unicode/timezone.h>
 
@@ -20,14 +20,27 @@ icu::DateFormat* formatFor(DisplayTime time, const icu::Locale& locale) {
 
 } // namespace
 
-std::string displayDate(Instant instant, DisplayTime time, const std::string& locale, const std::string& timeZone) {
-    const std::unique_ptr<icu::DateFormat> format(formatFor(time, icu::Locale::createFromName(locale.c_str())));
+struct DateDisplay::Formats {
+    std::map<DisplayTime, std::unique_ptr<icu::DateFormat>> byTime;
+};
+
+DateDisplay::DateDisplay(std::string locale, std::string timeZone)
+    : locale_(std::move(locale)), timeZone_(std::move(timeZone)), formats_(std::make_unique<Formats>()) {}
+DateDisplay::DateDisplay(DateDisplay&&) noexcept = default;
+DateDisplay& DateDisplay::operator=(DateDisplay&&) noexcept = default;
+DateDisplay::~DateDisplay() = default;
+
+std::string DateDisplay::text(Instant instant, DisplayTime time) const {
+    auto& format = formats_->byTime[time];
+    if (format == nullptr) {
+        format.reset(formatFor(time, icu::Locale::createFromName(locale_.c_str())));
+        if (format == nullptr) return {};
+        format->adoptTimeZone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone_)));
+    }
+    icu::UnicodeString written;
+    format->format(static_cast<double>(instant.time_since_epoch().count()), written);
     std::string result;
-    if (format == nullptr) return result;
-    format->adoptTimeZone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone)));
-    icu::UnicodeString text;
-    format->format(static_cast<double>(instant.time_since_epoch().count()), text);
-    return text.toUTF8String(result);
+    return written.toUTF8String(result);
 }
 
 } // namespace vesk
