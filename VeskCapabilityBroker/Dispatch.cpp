@@ -4,6 +4,7 @@
 #include "VeskCapabilityBroker/RequestFiles.hpp"
 #include "VeskShellCore/CalendarOperations.hpp"
 #include "VeskShellCore/CapabilityStatuses.hpp"
+#include "VeskShellCore/TodoOperations.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <string>
@@ -76,6 +77,28 @@ public:
             std::move(c.startAt), std::move(c.proposedStartAt), std::move(c.proposedEndAt), bundle_);
     }
 
+    // ---- To-dos
+
+    Task<AnyEncodable> operator()(command::TodoList c) {
+        co_return VeskTodoOperations::list(platform_, c.view, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::TodoStats) { co_return VeskTodoOperations::stats(platform_, bundle_); }
+    Task<AnyEncodable> operator()(command::TodoAdd c) {
+        co_return VeskTodoOperations::add(platform_, c.title, c.notes, c.due, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::TodoComplete c) {
+        co_return VeskTodoOperations::complete(platform_, c.id, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::TodoReopen c) {
+        co_return VeskTodoOperations::reopen(platform_, c.id, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::TodoDelete c) {
+        co_return VeskTodoOperations::delete_(platform_, c.id, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::TodoUpdate c) {
+        co_return VeskTodoOperations::update(platform_, c.id, c.title, c.notes, c.due, c.clearDue, bundle_);
+    }
+
     // ---- Commands whose operations this build does not hold; what comes before the operation still happens
 
     Task<AnyEncodable> operator()(command::ContactsSave c) {
@@ -98,13 +121,6 @@ public:
     Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }
     Task<AnyEncodable> operator()(command::FocusedElement) { return absent(); }
     Task<AnyEncodable> operator()(command::ActivateApp) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoList) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoStats) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoAdd) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoComplete) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoReopen) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoDelete) { return absent(); }
-    Task<AnyEncodable> operator()(command::TodoUpdate) { return absent(); }
     Task<AnyEncodable> operator()(command::ContactsSearch) { return absent(); }
     Task<AnyEncodable> operator()(command::Screenshot) { return absent(); }
     Task<AnyEncodable> operator()(command::Click) { return absent(); }

@@ -13,6 +13,7 @@ class EventStore;
 class FileReader;
 class LocaleSettings;
 class PrivateFiles;
+class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
 
@@ -28,6 +29,8 @@ public:
     virtual Environment& environment() = 0;
     /// A store of its own for one operation; it shows the calendars as they are from now on.
     virtual std::shared_ptr<EventStore> openEventStore() = 0;
+    /// The same for to-dos.
+    virtual std::shared_ptr<ReminderStore> openReminderStore() = 0;
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     /// The queue "app.veskhq.shell-debug-log".

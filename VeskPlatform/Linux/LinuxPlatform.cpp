@@ -6,6 +6,7 @@
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
@@ -74,6 +75,11 @@ Consent& LinuxPlatform::consent() {
 
 std::shared_ptr<EventStore> LinuxPlatform::openEventStore() {
     return std::make_shared<VdirEventStore>(eventStoreOptions(environment(), localeSettings(), wiring_.log), clock());
+}
+
+std::shared_ptr<ReminderStore> LinuxPlatform::openReminderStore() {
+    return std::make_shared<VdirReminderStore>(reminderStoreOptions(environment(), localeSettings(), wiring_.log),
+                                               clock());
 }
 
 } // namespace vesk

@@ -31,6 +31,7 @@ public:
     Consent& consent() override;
     Environment& environment() override;
     std::shared_ptr<EventStore> openEventStore() override;
+    std::shared_ptr<ReminderStore> openReminderStore() override;
     FileReader& fileReader() override;
     LocaleSettings& localeSettings() override;
     SerialQueue& logQueue() override;

@@ -158,18 +158,31 @@ TEST_F(BrokerMain, CalendarCommandsReachTheirOperations) {
     EXPECT_EQ(platform.fakeEventStore.saved[0].location, "L");
 }
 
+TEST_F(BrokerMain, TodoCommandsReachTheirOperations) {
+    platform.fakeConsent.statuses[PrivacyService::reminders] = 3;
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"todo-add", "--title", "T", "--due", "2026-04-26"}, "\"operation\" : \"add\""},
+        {{"todo-list"}, "\"operation\" : \"list\""},
+        {{"todo-stats"}, "\"operation\" : \"stats\""},
+        {{"todo-complete", "--id", "saved-1"}, "\"operation\" : \"complete\""},
+        {{"todo-reopen", "--id", "saved-1"}, "\"operation\" : \"reopen\""},
+        {{"todo-update", "--id", "saved-1", "--title", "U"}, "\"title\" : \"U\""},
+        {{"todo-delete", "--id", "saved-1"}, "\"operation\" : \"delete\""},
+    };
+    for (const auto& [arguments, part] : cases) {
+        SCOPED_TRACE(arguments[0]);
+        output.writes.clear();
+        EXPECT_EQ(run(arguments), 0) << errorOutput.text();
+        EXPECT_THAT(output.text(), HasSubstr(part));
+    }
+    EXPECT_TRUE(platform.fakeReminderStore.stored.empty());
+}
+
 TEST_F(BrokerMain, CommandsOfOtherBuildsFailClearly) {
     const std::vector<std::vector<std::string>> commands = {
         {"active-app"},
         {"focused-element"},
         {"activate-app", "--app", "x"},
-        {"todo-list"},
-        {"todo-stats"},
-        {"todo-add", "--title", "t"},
-        {"todo-complete", "--id", "1"},
-        {"todo-reopen", "--id", "1"},
-        {"todo-delete", "--id", "1"},
-        {"todo-update", "--id", "1"},
         {"contacts-search", "--query", "q"},
         {"screenshot", "--output", "o"},
         {"click", "--x", "0", "--y", "0"},

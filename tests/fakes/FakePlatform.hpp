@@ -5,6 +5,7 @@
 #include "tests/fakes/FakeConsent.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
+#include "tests/fakes/FakeReminderStore.hpp"
 
 namespace vesk::test {
 
@@ -22,6 +23,7 @@ public:
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
     FakePrivateFiles fakePrivateFiles;
+    FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
 
     const Bundle& mainBundle() override { return bundle; }
@@ -29,6 +31,9 @@ public:
     Consent& consent() override { return fakeConsent; }
     Environment& environment() override { return fakeEnvironment; }
     /// Every store that is opened is the one fake, which the test keeps.
+    std::shared_ptr<ReminderStore> openReminderStore() override {
+        return {std::shared_ptr<void>(), &fakeReminderStore};
+    }
     std::shared_ptr<EventStore> openEventStore() override { return {std::shared_ptr<void>(), &fakeEventStore}; }
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }

@@ -9,4 +9,17 @@ namespace vesk::vdir {
 /// are flushed, get their name, and the folder is flushed. Throws PosixError, EEXIST where the name is taken.
 void createFileDurably(const std::string& folder, const std::string& name, std::string_view bytes);
 
+/// Replaces a file whole, with the permissions it has, unless its bytes are no longer `expected`: another program's
+/// change is never lost. False where they are not, or the file is gone. Throws PosixError; the file is then as it was.
+bool replaceFileDurably(const std::string& path, std::string_view expected, std::string_view bytes);
+
+/// Removes a file unless its bytes are no longer `expected`; false where they are not, or it is gone. Throws
+/// PosixError.
+bool removeFileDurably(const std::string& path, std::string_view expected);
+
+/// Makes a folder that holds one file, with both names, or neither; false where the folder's name is taken. The parent
+/// exists. Throws PosixError.
+bool createFolderDurably(const std::string& parent, const std::string& name, const std::string& fileName,
+                         std::string_view bytes);
+
 } // namespace vesk::vdir

@@ -188,6 +188,8 @@ private:
         if (open_.empty()) return;
         if (open_.back().name == "VEVENT")
             readEventProperty(line);
+        else if (open_.back().name == "VTODO")
+            readTodoProperty(line);
         else if (open_.back().name == "VTIMEZONE")
             readZoneProperty(line);
     }
@@ -195,23 +197,34 @@ private:
     void openComponent(std::string_view name, std::size_t begin) {
         name = withoutTrailingBlanks(name);
         if (open_.size() == maximumDepth) {
-            result_.damaged = event_.broken = true;
+            result_.damaged = event_.broken = todoBroken_ = true;
             return;
         }
         OpenComponent component{std::string(name), begin};
         for (char& c : component.name) c = upper(c);
         if (component.name == "VCALENDAR") sawCalendar_ = true;
         if (component.name == "VEVENT") beginEvent();
+        if (component.name == "VTODO") beginTodo();
         if (component.name == "VTIMEZONE") tzid_.clear();
         open_.push_back(std::move(component));
     }
 
-    /// An event within an event: the outer one was cut off.
     void beginEvent() {
-        const auto outer = std::find_if(open_.begin(), open_.end(), [](const auto& c) { return c.name == "VEVENT"; });
+        dropOuter("VEVENT");
+        event_ = {};
+    }
+
+    void beginTodo() {
+        dropOuter("VTODO");
+        todo_ = {};
+        todoBroken_ = false;
+    }
+
+    /// An event within an event: the outer one was cut off.
+    void dropOuter(std::string_view name) {
+        const auto outer = std::find_if(open_.begin(), open_.end(), [&](const auto& c) { return c.name == name; });
         if (outer != open_.end()) result_.damaged = true;
         open_.erase(outer, open_.end());
-        event_ = {};
     }
 
     void closeComponent(std::string_view name) {
@@ -220,11 +233,11 @@ private:
         const auto found =
             std::find_if(open_.rbegin(), open_.rend(), [&](const auto& c) { return equals(name, c.name); });
         if (found == open_.rend()) {
-            result_.damaged = event_.broken = true;
+            result_.damaged = event_.broken = todoBroken_ = true;
             return;
         }
         const bool whole = found == open_.rbegin();
-        if (!whole) result_.damaged = event_.broken = true;
+        if (!whole) result_.damaged = event_.broken = todoBroken_ = true;
         const OpenComponent component = *found;
         open_.erase(std::prev(found.base()), open_.end());
         const TextRange range{component.begin, next_};
@@ -233,6 +246,10 @@ private:
             event_.event.range = range;
             event_.finish();
             result_.events.push_back(std::move(event_.event));
+        } else if (component.name == "VTODO") {
+            if (todoBroken_) return;
+            todo_.range = range;
+            result_.todos.push_back(std::move(todo_));
         } else if (component.name == "VTIMEZONE" && whole) {
             result_.zones.push_back({std::move(tzid_), range});
         }
@@ -251,6 +268,13 @@ private:
             event_.event.isOverride = true;
         else if (isProperty(line, "RRULE") || isProperty(line, "RDATE") || isProperty(line, "EXRULE"))
             event_.event.recurs = true;
+    }
+
+    void readTodoProperty(std::string_view line) {
+        if (isProperty(line, "UID"))
+            todo_.uid = textOf(line);
+        else if (isProperty(line, "RECURRENCE-ID"))
+            todo_.isOverride = true;
     }
 
     void readZoneProperty(std::string_view line) {
@@ -281,6 +305,8 @@ private:
     bool sawCalendar_ = false;
     std::vector<OpenComponent> open_;
     OpenEvent event_;
+    ScannedTodo todo_;
+    bool todoBroken_ = false;
     std::string tzid_;
     ScannedFile result_;
 };
@@ -288,6 +314,23 @@ private:
 } // namespace
 
 ScannedFile scanCalendarText(std::string_view text) { return Scanner(text).run(); }
+
+std::string_view contentLineAt(std::string_view text, std::size_t begin) {
+    std::size_t end = begin;
+    do physicalLine(text, end);
+    while (continuesAt(text, end));
+    return text.substr(begin, end - begin);
+}
+
+std::string propertyName(std::string_view contentLine) {
+    std::size_t next = 0;
+    const std::string_view first = physicalLine(contentLine, next);
+    std::string name =
+        first.find_first_of(";:") == std::string_view::npos ? unfolded(contentLine, first, next) : std::string(first);
+    name.resize(std::min(name.find_first_of(";:"), name.size()));
+    for (char& c : name) c = upper(c);
+    return name;
+}
 
 std::vector<std::string> propertyValues(std::string_view component, std::string_view name) {
     std::vector<std::string> values;

@@ -36,6 +36,14 @@ struct ScannedEvent {
     bool isOverride = false;
 };
 
+/// A whole VTODO.
+struct ScannedTodo {
+    TextRange range;
+    /// Empty where there is none.
+    std::string uid;
+    bool isOverride = false;
+};
+
 /// A whole VTIMEZONE.
 struct ScannedZone {
     std::string tzid;
@@ -51,6 +59,7 @@ struct ScannedItem {
 
 struct ScannedFile {
     std::vector<ScannedEvent> events;
+    std::vector<ScannedTodo> todos;
     std::vector<ScannedZone> zones;
     std::vector<ScannedItem> items;
     /// No calendar at all, a component that is cut off, or components that do not nest.
@@ -61,6 +70,13 @@ struct ScannedFile {
 /// properties: about a gigabyte a second, so that a store can be indexed by looking at every file. Whole components of
 /// a damaged file are still found. Never throws but for want of memory.
 ScannedFile scanCalendarText(std::string_view text);
+
+/// The text at `begin` up to the next content line: one line with its continuation lines (RFC 5545, section 3.1) and
+/// its line end, as it stands.
+std::string_view contentLineAt(std::string_view text, std::size_t begin);
+
+/// The name of a property in upper case: what stands before the first ';' or ':' of the unfolded line.
+std::string propertyName(std::string_view contentLine);
 
 /// The unfolded values of the property `name` (in upper case) as they stand in the text of one whole component, those
 /// of the components within it left out.

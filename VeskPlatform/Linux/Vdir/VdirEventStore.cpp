@@ -5,6 +5,7 @@
 #include "VeskPlatform/Linux/Vdir/IndexedCollection.hpp"
 #include "VeskPlatform/Linux/Vdir/NewEventText.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
+#include "VeskPlatform/Linux/Vdir/RandomUuid.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -12,26 +13,12 @@
 #include <filesystem>
 #include <libical/ical.h>
 #include <map>
-#include <random>
 #include <system_error>
 
 namespace vesk {
 namespace {
 
 using namespace vdir;
-
-/// A random UUID (RFC 9562, version 4) in lower case.
-std::string randomUuid() {
-    std::random_device source;
-    std::uint32_t words[4];
-    for (std::uint32_t& word : words) word = source();
-    words[1] = (words[1] & 0xFFFF0FFF) | 0x00004000;
-    words[2] = (words[2] & 0x3FFFFFFF) | 0x80000000;
-    char text[37];
-    std::snprintf(text, sizeof text, "%08x-%04x-%04x-%04x-%04x%08x", words[0], words[1] >> 16, words[1] & 0xFFFF,
-                  words[2] >> 16, words[2] & 0xFFFF, words[3]);
-    return text;
-}
 
 std::vector<std::string> normalizedAddresses(const std::vector<std::string>& addresses) {
     std::vector<std::string> result;

@@ -148,6 +148,30 @@ TEST(IcsScanner, BearsLongLinesAndDeepNests) {
     EXPECT_TRUE(scanCalendarText(calendarOfEvent(nest)).damaged);
 }
 
+TEST(IcsScanner, FindsTodos) {
+    struct Case {
+        const char *name, *text;
+        std::vector<std::string> uids;
+        bool damaged;
+    };
+    const Case cases[] = {
+        {"two", "BEGIN:VTODO\nUID:a\nEND:VTODO\nBEGIN:VTODO\nUID:b\nEND:VTODO\n", {"a", "b"}, false},
+        {"with an alarm", "BEGIN:VTODO\nBEGIN:VALARM\nUID:x\nEND:VALARM\nuid:a\nEND:VTODO\n", {"a"}, false},
+        {"within its own kind", "BEGIN:VTODO\nUID:a\nBEGIN:VTODO\nUID:b\nEND:VTODO\n", {"b"}, true},
+        {"cut off", "BEGIN:VTODO\nUID:a\nEND:VTODO\nBEGIN:VTODO\nUID:b\n", {"a"}, true},
+        {"with an alarm cut off", "BEGIN:VTODO\nUID:a\nBEGIN:VALARM\nEND:VTODO\n", {}, true},
+        {"without a name", "BEGIN:VTODO\nEND:VTODO\n", {""}, false},
+    };
+    for (const Case& c : cases) {
+        const ScannedFile scanned = scanCalendarText(calendar(c.text));
+        std::vector<std::string> uids;
+        for (const ScannedTodo& todo : scanned.todos) uids.push_back(todo.uid);
+        EXPECT_EQ(uids, c.uids) << c.name;
+        EXPECT_EQ(scanned.damaged, c.damaged) << c.name;
+        EXPECT_TRUE(scanned.events.empty()) << c.name;
+    }
+}
+
 TEST(PropertyValues, AreThoseOfTheComponentItself) {
     EXPECT_THAT(
         propertyValues(event("RRULE:a\nRRULE;X=\"1:2\":b\nrrule: fol\n ded \nRRULEX:no\nBEGIN:VALARM\nRRULE:no\n"

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace vesk::vdir {
+
+/// A random UUID (RFC 9562, version 4) in lower case.
+std::string randomUuid();
+
+} // namespace vesk::vdir
