@@ -152,7 +152,7 @@ struct VdirReminderStore::State {
         std::vector<char> has(names.size(), 0);
         inParallel(names.size(), 32, [&](std::size_t i) {
             const auto file = readCalendarFile(collection.path + "/" + names[i]);
-            has[i] = file && todoNamed(*file, uid) != nullptr;
+            if (file && todoNamed(*file, uid) != nullptr) has[i] = 1;
         });
         for (std::size_t i = 0; i < names.size(); ++i) {
             if (has[i] == 0) continue;
