@@ -19,59 +19,6 @@ std::size_t headerEnd(std::string_view line) {
     return line.find(':');
 }
 
-bool namesQuotedPrintable(std::string_view line) {
-    constexpr std::string_view word = "QUOTED-PRINTABLE";
-    const std::string_view header = line.substr(0, headerEnd(line));
-    const auto same = [](char a, char b) { return isSameWord({&a, 1}, {&b, 1}); };
-    return std::search(header.begin(), header.end(), word.begin(), word.end(), same) != header.end();
-}
-
-/// Passes over the lines that continue the one that began at `begin`; `line` becomes the last of them. True where the
-/// last one ends in a soft line break.
-bool takeContinuations(std::string_view card, PhysicalLines& physical, PhysicalLine& line, std::size_t begin) {
-    std::optional<bool> isQuotedPrintable;
-    while (true) {
-        bool isSoft = false;
-        if (line.text.ends_with('=')) {
-            const std::string_view soFar = card.substr(begin, line.next - begin);
-            if (!isQuotedPrintable) isQuotedPrintable = namesQuotedPrintable(soFar);
-            isSoft = *isQuotedPrintable;
-        }
-        if (physical.atEnd()) return isSoft;
-        const bool mayContinue = isSoft && cardMarker(physical.peek().text) == CardMarker::none;
-        if (!mayContinue && !physical.continues()) return isSoft;
-        line = physical.take();
-    }
-}
-
-/// The bytes of a logical line with its line breaks taken out. In 2.1 the blank behind a fold is part of the text.
-std::string unfolded(std::string_view bytes, CardVersion version) {
-    PhysicalLines physical(bytes);
-    std::string result(physical.take().text);
-    if (physical.atEnd()) return result;
-    const bool isQuotedPrintable = namesQuotedPrintable(bytes);
-    while (!physical.atEnd()) {
-        std::string_view text = physical.take().text;
-        if (isQuotedPrintable && result.ends_with('='))
-            result.pop_back();
-        else if (version != CardVersion::v21 && !text.empty())
-            text.remove_prefix(1);
-        result += text;
-    }
-    return result;
-}
-
-/// What stands before the first ';' or ':' of a logical line.
-std::string nameWithGroup(std::string_view bytes) {
-    const std::string_view firstLine = PhysicalLines(bytes).take().text;
-    std::size_t length = firstLine.find_first_of(";:");
-    if (length != std::string_view::npos) return std::string(withoutBlanks(firstLine.substr(0, length)));
-    if (firstLine.size() > 512) return {};
-    const std::string line = unfolded(bytes.substr(0, 2048), CardVersion::v30);
-    length = line.find_first_of(";:");
-    return length == std::string::npos ? std::string() : std::string(withoutBlanks(line.substr(0, length)));
-}
-
 /// RFC 6868: the characters that a parameter's value cannot hold.
 std::string withoutCarets(std::string_view value) {
     std::string result;
@@ -114,6 +61,72 @@ std::vector<CardParameter> parametersOf(std::string_view text, CardVersion versi
     return parameters;
 }
 
+/// Whether a line, folded or not, says in its parameters that its value is quoted-printable.
+bool isQuotedPrintableLine(std::string_view line) {
+    std::string header(line.substr(0, headerEnd(line)));
+    std::erase_if(header, [](char c) { return c == '\r' || c == '\n'; });
+    const std::size_t nameEnd = header.find(';');
+    if (nameEnd == std::string::npos) return false;
+    return CardProperty{{}, parametersOf(std::string_view(header).substr(nameEnd + 1), CardVersion::v30), {}}
+        .isQuotedPrintable();
+}
+
+/// No property has parameters as long as this.
+constexpr std::size_t longestHeader = 4096;
+
+/// Whether the line that has come so far is quoted-printable; none while its parameters may still go on.
+std::optional<bool> isQuotedPrintableSoFar(std::string_view line) {
+    if (line.substr(0, longestHeader).find(':') != std::string_view::npos) return isQuotedPrintableLine(line);
+    return line.size() > longestHeader ? std::optional(false) : std::nullopt;
+}
+
+/// Passes over the lines that continue `line`, which becomes the last of them. True where the
+/// last one ends in a soft line break.
+bool takeContinuations(std::string_view card, PhysicalLines& physical, PhysicalLine& line) {
+    const std::size_t begin = line.begin;
+    std::optional<bool> isQuotedPrintable;
+    while (true) {
+        const bool mayBeSoft = line.text.ends_with('=');
+        if (mayBeSoft && !isQuotedPrintable)
+            isQuotedPrintable = isQuotedPrintableSoFar(card.substr(begin, line.next - begin));
+        const bool isSoft = mayBeSoft && isQuotedPrintable.value_or(false);
+        if (physical.atEnd()) return isSoft;
+        const bool mayContinue = isSoft && cardMarker(physical.peek().text) == CardMarker::none;
+        if (!mayContinue && !physical.continues()) return isSoft;
+        line = physical.take();
+    }
+}
+
+/// The bytes of a logical line with its line breaks taken out. In 2.1 the blank behind a fold is part of the text.
+std::string unfolded(std::string_view bytes, CardVersion version) {
+    PhysicalLines physical(bytes);
+    std::string result(physical.take().text);
+    if (physical.atEnd()) return result;
+    const bool isQuotedPrintable = isQuotedPrintableLine(bytes);
+    bool isValue = result.find(':') != std::string::npos;
+    while (!physical.atEnd()) {
+        std::string_view text = physical.take().text;
+        if (isQuotedPrintable && isValue && result.ends_with('='))
+            result.pop_back();
+        else if (version != CardVersion::v21 && !text.empty())
+            text.remove_prefix(1);
+        isValue = isValue || text.find(':') != std::string_view::npos;
+        result += text;
+    }
+    return result;
+}
+
+/// What stands before the first ';' or ':' of a logical line.
+std::string nameWithGroup(std::string_view bytes) {
+    const std::string_view firstLine = PhysicalLines(bytes).take().text;
+    std::size_t length = firstLine.find_first_of(";:");
+    if (length != std::string_view::npos) return std::string(withoutBlanks(firstLine.substr(0, length)));
+    if (firstLine.size() > 512) return {};
+    const std::string line = unfolded(bytes.substr(0, 2048), CardVersion::v30);
+    length = line.find_first_of(";:");
+    return length == std::string::npos ? std::string() : std::string(withoutBlanks(line.substr(0, length)));
+}
+
 } // namespace
 
 std::optional<std::string_view> CardProperty::parameter(std::string_view name) const {
@@ -151,7 +164,7 @@ void CardLines::scan() {
             isOpenAtEnd_ = false;
             continue;
         }
-        const bool isOpen = takeContinuations(card_, physical, line, begin);
+        const bool isOpen = takeContinuations(card_, physical, line);
         if (marker == CardMarker::begin || (marker == CardMarker::agentBegin && depth > 0)) ++depth;
         isOpenAtEnd_ = isOpen;
         if (depth != 1 || marker == CardMarker::begin) continue;
