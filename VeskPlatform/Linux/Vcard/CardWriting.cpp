@@ -43,6 +43,11 @@ bool isPlainAscii(std::string_view text) {
            && !text.ends_with(' ');
 }
 
+bool isUtf8BeyondAscii(std::string_view text) {
+    return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; })
+           && repairedUtf8(text) == text;
+}
+
 /// Value in a URI of its own scheme, where it would be read as one.
 std::string escapedFromScheme(std::string_view value, std::string_view scheme) {
     if (!isSameWord(value.substr(0, scheme.size()), scheme)) return std::string(value);
@@ -129,15 +134,13 @@ std::string CardWriter::componentsLine(const std::string& head, const std::vecto
         for (std::string& piece : pieces) piece = escapedText(piece);
         return escapedLine(head, joined(pieces, ";"));
     }
-    bool isPlain = std::ranges::all_of(pieces, isPlainAscii);
-    if (isPlain) {
+    if (std::ranges::all_of(pieces, isPlainAscii)) {
         for (std::string& piece : pieces) piece = joined(split(piece, ';'), "\\;");
         const std::string line = head + ":" + joined(pieces, ";");
         if (line.size() <= longestLine) return line + lineEnd_;
     }
-    const bool isUtf8 = std::ranges::all_of(components, [](const auto& each) { return repairedUtf8(each) == each; });
     for (std::size_t i = 0; i < pieces.size(); ++i) pieces[i] = quotedPrintable(components[i]);
-    const std::string characterSet = isUtf8 && !isPlain ? ";CHARSET=UTF-8" : "";
+    const std::string characterSet = isUtf8BeyondAscii(joined(components, ";")) ? ";CHARSET=UTF-8" : "";
     return quotedPrintableLine(head + characterSet + ";ENCODING=QUOTED-PRINTABLE:", joined(pieces, ";"));
 }
 

@@ -40,10 +40,8 @@ PhysicalLine PhysicalLines::take() {
         return {text_.substr(begin, lineFeed_ - begin), begin, next_};
     }
     const std::size_t end = begin + length;
-    if (end + 1 == lineFeed_ || (end + 2 == lineFeed_ && text_[end + 1] == '\r'))
-        next_ = std::min(lineFeed_ + 1, text_.size());
-    else
-        next_ = end + 1;
+    const std::string_view rest = text_.substr(end, 3);
+    next_ = end + (rest.starts_with("\r\n") ? 2 : rest == "\r\r\n" ? 3 : 1);
     return {text_.substr(begin, length), begin, next_};
 }
 
