@@ -61,7 +61,7 @@ TEST(CardWritingTests, PlainTextAndQuotedPrintable) {
     EXPECT_EQ(writer.componentsLine("ORG", {"a;b", "c"}), "ORG:a\\;b;c\r\n");
     EXPECT_EQ(writer.textLine("TITLE", "ö:=;\\"),
               "TITLE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:=C3=B6=3A=3D=3B=5C\r\n");
-    EXPECT_EQ(writer.textLine("TITLE", "a "), "TITLE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=20\r\n");
+    EXPECT_EQ(writer.textLine("TITLE", "a "), "TITLE;ENCODING=QUOTED-PRINTABLE:a=20\r\n");
     EXPECT_EQ(writer.componentsLine("ORG", {"M\xFC", "b"}), "ORG;ENCODING=QUOTED-PRINTABLE:M=FC;b\r\n")
         << "bytes of no known character set";
     const std::string line = writer.textLine("TITLE", std::string(200, 'x'));
