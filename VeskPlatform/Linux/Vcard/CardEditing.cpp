@@ -33,11 +33,14 @@ std::uint64_t nextItem(const CardLines& lines) {
     return next;
 }
 
-/// Group, name and parameters of a property but for those that tell of its encoding.
+/// Group, name and parameters of a property but for those that tell of its encoding, and those that miss a quotation
+/// mark: the new value could hold it.
 std::string headWithoutEncoding(const CardProperty& property) {
     std::string head = property.fullName;
-    for (const CardParameter& parameter : property.parameters)
-        if (parameter.name != "ENCODING" && parameter.name != "CHARSET") head += ";" + parameter.bytes;
+    for (const CardParameter& parameter : property.parameters) {
+        const bool isBalanced = std::ranges::count(parameter.bytes, '"') % 2 == 0;
+        if (isBalanced && parameter.name != "ENCODING" && parameter.name != "CHARSET") head += ";" + parameter.bytes;
+    }
     return head;
 }
 
@@ -141,8 +144,15 @@ private:
     /// A line that waits for its continuation gets an empty one first.
     void insert(std::size_t at, bool isBehindOpenLine, std::string bytes) {
         Edit& edit = edits_[at];
-        if (isBehindOpenLine && edit.bytes.empty()) edit.bytes = lineEndOf(card_);
+        if (isBehindOpenLine && edit.bytes.empty()) edit.bytes = emptyLineAt(at);
         edit.bytes += bytes;
+    }
+
+    /// Behind a CR, a line end with an LF would only complete the CR's own.
+    std::string emptyLineAt(std::size_t at) const {
+        std::string lineEnd = lineEndOf(card_);
+        if (card_[at - 1] == '\r' && lineEnd.ends_with('\n')) lineEnd += '\n';
+        return lineEnd;
     }
 
     std::string_view card_;

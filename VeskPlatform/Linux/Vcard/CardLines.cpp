@@ -97,23 +97,24 @@ bool takeContinuations(std::string_view card, PhysicalLines& physical, PhysicalL
     }
 }
 
-/// The bytes of a logical line with its line breaks taken out. In 2.1 the blank behind a fold is part of the text.
+/// The bytes of a logical line with its line breaks taken out, also the soft one that nothing follows. In 2.1 the blank
+/// behind a fold is part of the text.
 std::string unfolded(std::string_view bytes, CardVersion version) {
     PhysicalLines physical(bytes);
-    std::string result(physical.take().text);
-    if (physical.atEnd()) return result;
+    std::string_view text = physical.take().text;
+    std::string result(text);
+    if (physical.atEnd() && !text.ends_with('=')) return result;
     const bool isQuotedPrintable = isQuotedPrintableLine(bytes);
-    bool isValue = result.find(':') != std::string::npos;
-    while (!physical.atEnd()) {
-        std::string_view text = physical.take().text;
-        if (isQuotedPrintable && isValue && result.ends_with('='))
-            result.pop_back();
-        else if (version != CardVersion::v21 && !text.empty())
-            text.remove_prefix(1);
+    bool isValue = text.find(':') != std::string_view::npos;
+    while (true) {
+        const bool isSoft = isQuotedPrintable && isValue && text.ends_with('=');
+        if (isSoft) result.pop_back();
+        if (physical.atEnd()) return result;
+        text = physical.take().text;
+        if (!isSoft && version != CardVersion::v21 && !text.empty()) text.remove_prefix(1);
         isValue = isValue || text.find(':') != std::string_view::npos;
         result += text;
     }
-    return result;
 }
 
 /// What stands before the first ';' or ':' of a logical line.

@@ -51,6 +51,7 @@ TEST(CardEditingTests, EmploymentInItsPlace) {
         {"a stray backslash", "ORG:a\\\n", setDepartment, "ORG:a\\\\;Dü\n"},
         {"quoted-printable in 3.0", "ORG;QUOTED-PRINTABLE:=41;b\n", setDepartment, "ORG:A;Dü\n"},
         {"title", "TITLE:a\nTITLE:b\n", setTitle, "TITLE:Head\nTITLE:b\n"},
+        {"a parameter without its second quotation mark", "TITLE;A=1;X=\"b:a\n", setTitle, "TITLE;A=1:Head\n"},
         {"title missing", "X:1\n", setTitle, "X:1\nTITLE:Head\n"},
         {"2.1, plain", v21 + "ORG:a;b\n", setOrganization, v21 + "ORG:N\\;w;b\n"},
         {"2.1, not plain", v21 + "ORG;X=1:a;b;c\n", setDepartment,
@@ -86,6 +87,8 @@ TEST(CardEditingTests, ValuesBehindThoseOfTheirKind) {
          "AGENT:\nBEGIN:VCARD\nTEL:1\nEND:VCARD\nTEL;TYPE=HOME:9\n"},
         {"behind a soft line break with nothing behind it", "TEL;QUOTED-PRINTABLE:1=\n", addPhone,
          "TEL;QUOTED-PRINTABLE:1=\n\nTEL;TYPE=HOME:9\n"},
+        {"behind one that ends in a bare CR", "TEL;QUOTED-PRINTABLE:1=\r", addPhone,
+         "TEL;QUOTED-PRINTABLE:1=\r\n\nTEL;TYPE=HOME:9\n"},
         {"behind another property like that", "NOTE;QUOTED-PRINTABLE:1=\n", addPhone,
          "NOTE;QUOTED-PRINTABLE:1=\n\nTEL;TYPE=HOME:9\n"},
     };

@@ -69,7 +69,7 @@ TEST(CardLinesTests, SoftLineBreaks) {
     const std::string parsedHead = "ENCODING=QUOTED-PRINTABLE |";
     EXPECT_EQ(shown(head + "a=\r\nb=\r\nc\r\nFN:x\r\n", "TEL"), parsedHead + "abc");
     EXPECT_EQ(shown(head + "a=\r\n b\r\n", "TEL"), parsedHead + "a b") << "a blank is text behind a soft break";
-    EXPECT_EQ(shown(head + "a=\r\n", "TEL"), parsedHead + "a=") << "the end of the card is none of it";
+    EXPECT_EQ(shown(head + "a=\r\n", "TEL"), parsedHead + "a") << "the end of the card is none of it";
     EXPECT_EQ(shown(head + "a=\r\nEMAIL:b\r\n", "EMAIL"), "none") << "whatever stands there";
     EXPECT_EQ(shown("TEL;QUOTED-PRINTABLE:a=\r\nb\r\n", "TEL"), parsedHead + "ab");
     EXPECT_EQ(shown("TEL;ENCODING=\r\n QUOTED-PRINTABLE:a=\r\nb\r\n", "TEL"), parsedHead + "ab") << "folded parameters";

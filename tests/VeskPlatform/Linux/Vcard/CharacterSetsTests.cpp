@@ -17,6 +17,8 @@ TEST(CharacterSetsTests, TextsOfEveryAgeBecomeUtf8) {
         {"SHIFT_JIS", "\x93\x63\x92\x86", "田中"},
         {"ISO-2022-JP", "\x1B$BEDCf\x1B(B", "田中"},
         {"GB2312", "\xC0\xEE", "李"},
+        {"SHIFT_JIS", "a\x83", "a\xEF\xBF\xBD"},
+        {"windows-1252", "\x1A", "\x1A"},
         {"UTF-8", "Müller", "Müller"},
         {"", "M\xFC", "M\xFC"},
         {"no-such-set", "M\xFC", "M\xFC"},
