@@ -13,11 +13,14 @@
 namespace vesk::vcard {
 namespace {
 
-/// The line end of the card's first line, CR LF where it has none.
+/// The line end of the card's first line, CR LF where it has none. A bare CR only where there is no LF at all: one that
+/// came to stand behind it would complete it.
 std::string lineEndOf(std::string_view card) {
     const PhysicalLine first = PhysicalLines(card).take();
     const std::size_t end = first.begin + first.text.size();
-    return end == first.next ? "\r\n" : std::string(card.substr(end, first.next - end));
+    const std::string_view lineEnd = card.substr(end, first.next - end);
+    const bool isMixed = lineEnd == "\r" && card.find('\n') != std::string_view::npos;
+    return lineEnd.empty() || isMixed ? "\r\n" : std::string(lineEnd);
 }
 
 /// The number behind those of the groups named `item` and a number.

@@ -120,6 +120,9 @@ TEST(CardEditingTests, LineEndsAreTheCardsOwn) {
         const std::string begin = "BEGIN:VCARD" + lineEnd + "FN:x" + lineEnd, end = "END:VCARD" + lineEnd;
         EXPECT_EQ(edited(begin + end, addPhone), begin + "TEL;TYPE=HOME:9" + lineEnd + end);
     }
+    EXPECT_EQ(edited("BEGIN:VCARD\rTEL:1\n\n x\rEND:VCARD\r", addPhone),
+              "BEGIN:VCARD\rTEL:1\nTEL;TYPE=HOME:9\r\n\n x\rEND:VCARD\r")
+        << "an empty line stays one";
     EXPECT_EQ(edited("BEGIN:VCARD\nEND:VCARD", addPhone), "BEGIN:VCARD\nTEL;TYPE=HOME:9\nEND:VCARD");
 }
 
