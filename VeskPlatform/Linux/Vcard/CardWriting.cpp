@@ -12,11 +12,20 @@
 namespace vesk::vcard {
 namespace {
 
-using vdir::escapedText;
 using vdir::foldedLine;
 
 /// Octets of a line, its line end aside.
 constexpr std::size_t longestLine = 75;
+
+/// A component with its escapes. What other programs wrote into theirs stays, control characters too.
+std::string escapedComponent(std::string_view text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '\\' || c == ';' || c == ',') result += '\\';
+        result += c == '\n' ? "\\n" : std::string(1, c);
+    }
+    return result;
+}
 
 std::string hexByte(char mark, char byte) {
     constexpr std::string_view digits = "0123456789ABCDEF";
@@ -131,7 +140,7 @@ std::string CardWriter::escapedLine(const std::string& head, std::string_view va
 std::string CardWriter::componentsLine(const std::string& head, const std::vector<std::string>& components) const {
     std::vector<std::string> pieces = components;
     if (version_ != CardVersion::v21) {
-        for (std::string& piece : pieces) piece = escapedText(piece);
+        for (std::string& piece : pieces) piece = escapedComponent(piece);
         return escapedLine(head, joined(pieces, ";"));
     }
     if (std::ranges::all_of(pieces, isPlainAscii)) {

@@ -50,6 +50,9 @@ TEST(CardEditingTests, EmploymentInItsPlace) {
         {"the first of two", "ORG:a\nORG:b\n", setOrganization, "ORG:N\\;w\nORG:b\n"},
         {"a stray backslash", "ORG:a\\\n", setDepartment, "ORG:a\\\\;Dü\n"},
         {"quoted-printable in 3.0", "ORG;QUOTED-PRINTABLE:=41;b\n", setDepartment, "ORG:A;Dü\n"},
+        {"control characters of others stay", "ORG;BASE64:QQFC;b\n", setDepartment,
+         "ORG:A\x01"
+         "B;Dü\n"},
         {"title", "TITLE:a\nTITLE:b\n", setTitle, "TITLE:Head\nTITLE:b\n"},
         {"a parameter without its second quotation mark", "TITLE;A=1;X=\"b:a\n", setTitle, "TITLE;A=1:Head\n"},
         {"title missing", "X:1\n", setTitle, "X:1\nTITLE:Head\n"},
