@@ -2,6 +2,9 @@
 
 #include "VeskPlatform/Linux/Vdir/IcalReading.hpp"
 
+#include <algorithm>
+#include <array>
+
 namespace vesk::vdir {
 namespace {
 
@@ -43,10 +46,32 @@ bool isCompleted(icalcomponent* todo) {
     return status != nullptr && icalproperty_get_status(status) == ICAL_STATUS_COMPLETED;
 }
 
+bool isShown(std::string_view name) {
+    constexpr std::array names{"SUMMARY", "DESCRIPTION", "DUE", "STATUS", "COMPLETED", "CREATED", "LAST-MODIFIED"};
+    return std::ranges::find(names, name) != names.end();
+}
+
+/// The VTODO with the properties that a to-do shows. The library spends most of a listing on the others (measured), and
+/// on the alarms.
+std::string shownPart(std::string_view component) {
+    std::string text;
+    int depth = 0;
+    for (std::size_t at = 0; at < component.size();) {
+        const std::string_view line = contentLineAt(component, at);
+        const std::string name = propertyName(line);
+        const bool begins = name == "BEGIN", ends = name == "END";
+        if (ends) --depth;
+        if (begins || ends ? depth == 0 : depth == 1 && isShown(name)) text += line;
+        if (begins) ++depth;
+        at += line.size();
+    }
+    return text;
+}
+
 } // namespace
 
 std::optional<Reminder> parseTodo(const CalendarFile& file, const ScannedTodo& todo, Zones& zones) {
-    const std::string text = readableText(todo.range.of(file.bytes));
+    const std::string text = readableText(shownPart(todo.range.of(file.bytes)));
     const IcalComponent parsed(icalparser_parse_string(text.c_str()));
     if (parsed == nullptr || icalcomponent_isa(parsed.get()) != ICAL_VTODO_COMPONENT) return std::nullopt;
     icalcomponent* component = parsed.get();

@@ -51,10 +51,11 @@ std::string folderNameFor(const std::string& title) {
 }
 
 std::vector<std::string> sortedFileNames(const std::string& folder) {
-    const FolderListing listing = listFiles(folder, ".ics");
     std::vector<std::string> names;
-    names.reserve(listing.size());
-    for (std::size_t i = 0; i < listing.size(); ++i) names.emplace_back(listing.name(i));
+    forEachEntry(folder, [&](const FolderEntry& entry) {
+        if (hasExtension(entry.name, ".ics") && entry.isRegularFile()) names.emplace_back(entry.name);
+        return true;
+    });
     std::ranges::sort(names);
     return names;
 }
