@@ -123,6 +123,32 @@ TEST_F(VdirReminderStoreTests, WhatIsNoTodoOfItsOwnIsNotListed) {
     EXPECT_EQ(store().reminder("a")->title, std::nullopt); // the first by file name
 }
 
+TEST_F(VdirReminderStoreTests, SurveyCountsAndNames) {
+    EXPECT_EQ(VdirReminderStore::survey(root()).collections, 0U);
+    write("home/a.ics", todo("UID:a\n"));
+    write("home/event.ics", calendar("BEGIN:VEVENT\nUID:e\nEND:VEVENT\n"));
+    write("home/notes.txt", "x");
+    const std::string nameless = write("home/nameless.ics", todo("SUMMARY:x\n"));
+    const std::string cut = write("account/work/cut.ics", "BEGIN:VCALENDAR\nBEGIN:VTODO\nUID:cut\nSUMM");
+    const std::string secret = write("account/work/secret.ics", todo("UID:b\n"));
+    const std::string closed = root() + "/closed";
+    write("closed/a.ics", todo("UID:c\n"));
+    fs::permissions(secret, fs::perms::none);
+    fs::permissions(closed, fs::perms::none);
+    {
+        const WithoutPrivileges ordinary;
+        const VdirSurvey survey = VdirReminderStore::survey(root());
+        EXPECT_EQ(survey.collections, 2U);
+        EXPECT_EQ(survey.files, 5U);
+        EXPECT_THAT(survey.damagedFiles, ElementsAre(cut, nameless));
+        EXPECT_THAT(survey.unreadableFiles, ElementsAre(secret));
+        EXPECT_THAT(survey.unreadableFolders, ElementsAre(closed));
+    }
+    fs::permissions(closed, fs::perms::owner_all);
+    folder.write("file", "x");
+    EXPECT_THROW(VdirReminderStore::survey(folder / "file"), PosixError);
+}
+
 TEST_F(VdirReminderStoreTests, AListWithoutAnAnswerInTimeIsNone) {
     write("home/a.ics", todo("UID:a\n"));
     EXPECT_FALSE(store().reminders("home", -1s));
