@@ -262,7 +262,7 @@ private:
             event_.end = dayOf(valueOf(unfolded(text_, line, next_)));
         else if (isProperty(line, "DURATION"))
             event_.duration = daysOfDuration(valueOf(unfolded(text_, line, next_)));
-        else if (isProperty(line, "UID"))
+        else if (isProperty(line, "UID") && event_.event.uid.empty()) // of several the parser reads the first
             event_.event.uid = textOf(line);
         else if (isProperty(line, "RECURRENCE-ID"))
             event_.event.isOverride = true;
@@ -271,7 +271,7 @@ private:
     }
 
     void readTodoProperty(std::string_view line) {
-        if (isProperty(line, "UID"))
+        if (isProperty(line, "UID") && todo_.uid.empty())
             todo_.uid = textOf(line);
         else if (isProperty(line, "RECURRENCE-ID"))
             todo_.isOverride = true;

@@ -75,6 +75,15 @@ TEST_F(VdirReminderStoreTests, DueDatesAreRead) {
         {"DUE;VALUE=DATE:20260230\n", "none"},
         {"DUE:99999999T999999Z\n", "none"},
         {"DUE:00000000T000000Z\n", "none"},
+        {"DUE:20261301T100000Z\n", "none"},
+        {"DUE;VALUE=DATE:00000101\n", "none"},
+        {"DUE;VALUE=DATE:00010101\n", "1-1-1"},
+        {"DUE;VALUE=DATE:99991231\n", "9999-12-31"},
+        {"DUE:99991231T120000Z\n", "9999-12-31 13:0 Europe/Berlin"},
+        {"DUE:99991231T235959Z\n", "10000-1-1 0:59 Europe/Berlin"},
+        {"DUE:20260426T250000Z\n", "none"},
+        {"DUE;TZID=Nowhere:20260426T100000\n", "2026-4-26 10:0 Europe/Berlin"},
+        {"DUE;TZID=:20260426T100000\n", "2026-4-26 10:0 Europe/Berlin"},
         {"DUE:nonsense\n", "none"},
         {"DUE:\n", "none"},
         {"", "none"},
@@ -121,6 +130,37 @@ TEST_F(VdirReminderStoreTests, WhatIsNoTodoOfItsOwnIsNotListed) {
     EXPECT_THAT(identifiers(), ElementsAre("whole", "a"));
     EXPECT_THAT(logged, ElementsAre("reminder-store files passed-over kind=damaged count=2"));
     EXPECT_EQ(store().reminder("a")->title, std::nullopt); // the first by file name
+}
+
+TEST_F(VdirReminderStoreTests, ATodoWithTwoIdentifiersHasTheFirst) {
+    const std::string text = todo("UID:first\nUID:second\nSUMMARY:x\n");
+    write("home/a.ics", text);
+    EXPECT_THAT(identifiers(), ElementsAre("first"));
+    EXPECT_FALSE(store().reminder("second"));
+    VdirReminderStore opened = store();
+    Reminder reminder = opened.reminder("first").value();
+    reminder.title = "y";
+    opened.save(reminder);
+    EXPECT_THAT(read("home/a.ics"), HasSubstr("UID:first\nUID:second\nSUMMARY:y\n"));
+}
+
+TEST_F(VdirReminderStoreTests, ATodoThatVanishedIsGoneForEveryChange) {
+    write("home/displayname", "Home");
+    const std::string path = write("home/a.ics", todo("UID:a\n"));
+    VdirReminderStore opened = store();
+    Reminder reminder = opened.reminder("a").value();
+    fs::remove(path);
+    reminder.title = "x";
+    for (const auto& change : {std::function<void()>([&] { opened.save(reminder); }),
+                               std::function<void()>([&] { opened.remove(reminder); })}) {
+        try {
+            change();
+            ADD_FAILURE() << "changed what is not there";
+        } catch (const ErrorRecord& error) {
+            EXPECT_EQ(error.code(), 404) << error.description();
+        }
+    }
+    EXPECT_THAT(names(), ElementsAre("displayname"));
 }
 
 TEST_F(VdirReminderStoreTests, SurveyCountsAndNames) {
