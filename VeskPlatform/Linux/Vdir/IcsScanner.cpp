@@ -332,6 +332,12 @@ std::string propertyName(std::string_view contentLine) {
     return name;
 }
 
+std::string propertyValue(std::string_view contentLine) {
+    std::size_t next = 0;
+    const std::string_view first = physicalLine(contentLine, next);
+    return std::string(trimmed(valueOf(unfolded(contentLine, first, next))));
+}
+
 std::vector<std::string> propertyValues(std::string_view component, std::string_view name) {
     std::vector<std::string> values;
     int depth = 0;

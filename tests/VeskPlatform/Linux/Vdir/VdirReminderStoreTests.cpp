@@ -97,8 +97,17 @@ TEST_F(VdirReminderStoreTests, DueDatesAreRead) {
 
 TEST_F(VdirReminderStoreTests, CompletionIsRead) {
     const std::pair<const char*, bool> cases[] = {
-        {"STATUS:COMPLETED\n", true},   {"COMPLETED:20260101T000000Z\n", true}, {"STATUS:NEEDS-ACTION\n", false},
-        {"STATUS:IN-PROCESS\n", false}, {"STATUS:CANCELLED\n", false},          {"", false},
+        {"STATUS:COMPLETED\n", true},
+        {"COMPLETED:20260101T000000Z\n", true},
+        {"STATUS:NEEDS-ACTION\n", false},
+        {"STATUS:IN-PROCESS\n", false},
+        {"STATUS:CANCELLED\n", false},
+        {"", false},
+        {"status:completed\n", true},
+        {"STATUS;X-A=\"b:c\":COMP\n LETED\n", true},
+        {"COMPLETED:nonsense\n", false},
+        {"STATUS:NEEDS-ACTION\nSTATUS:COMPLETED\n", false},
+        {"BEGIN:VALARM\nSTATUS:COMPLETED\nEND:VALARM\n", false},
     };
     for (const auto& [lines, expected] : cases) {
         write("home/a.ics", todo(std::string("UID:a\n") + lines));
@@ -117,6 +126,18 @@ TEST_F(VdirReminderStoreTests, FieldsAreRead) {
     EXPECT_EQ(reminder.lastModified, day(2));
     EXPECT_EQ(reminder.completionDate, day(3));
     EXPECT_EQ(reminder.listIdentifier, "home");
+}
+
+TEST_F(VdirReminderStoreTests, FieldsAreReadHoweverTheirLinesLook) {
+    write("home/a.ics", todo("UID:a\nBEGIN:VALARM\nDESCRIPTION:alarm\nSUMMARY:alarm\nEND:VALARM\nSUMM\n ARY;LANGUAGE=\n"
+                             " de:Gr\n öße\nX-NOTES:x\ndescription:first\nDESCRIPTION:second\n"
+                             "CREATED;VALUE=DATE-TIME:20260101\n T000000Z\nCREATED:20260105T000000Z\n"
+                             "LAST-MODIFIED:nonsense\n"));
+    const Reminder reminder = all().at(0);
+    EXPECT_EQ(reminder.title, "Größe");
+    EXPECT_EQ(reminder.notes, "first");
+    EXPECT_EQ(reminder.created, Instant{std::chrono::sys_days{std::chrono::year{2026} / 1 / 1}});
+    EXPECT_EQ(reminder.lastModified, std::nullopt);
 }
 
 TEST_F(VdirReminderStoreTests, WhatIsNoTodoOfItsOwnIsNotListed) {
