@@ -82,15 +82,15 @@ CapabilityTodoDuePayload duePayload(const DueComponents& components, const TodoC
     return payload;
 }
 
-bool isDueToday(const Reminder& reminder, const TodoClock& clock) {
-    return clock.isToday(dueDate(reminder.due.value_or(DueComponents{}), clock));
+DueStanding dueStanding(const Reminder& reminder, const TodoClock& clock) {
+    const Instant due = dueDate(reminder.due.value_or(DueComponents{}), clock);
+    const bool dueToday = clock.isToday(due);
+    return {due, dueToday, !reminder.completed && due < clock.now && !dueToday};
 }
 
-bool isOverdue(const Reminder& reminder, const TodoClock& clock) {
-    if (reminder.completed) return false;
-    const Instant due = dueDate(reminder.due.value_or(DueComponents{}), clock);
-    return due < clock.now && !clock.isToday(due);
-}
+bool isDueToday(const Reminder& reminder, const TodoClock& clock) { return dueStanding(reminder, clock).dueToday; }
+
+bool isOverdue(const Reminder& reminder, const TodoClock& clock) { return dueStanding(reminder, clock).overdue; }
 
 DueComponents parseDue(const std::string& text, const TodoClock& clock) {
     const std::string_view kept = trimmed(text);

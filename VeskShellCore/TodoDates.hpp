@@ -29,6 +29,14 @@ Instant dueDate(const DueComponents& components, const TodoClock& clock);
 std::string dueIsoString(const DueComponents& components);
 CapabilityTodoDuePayload duePayload(const DueComponents& components, const TodoClock& clock);
 
+/// How a to-do stands to the clock. Composing the date costs more than all else that a listing does with it, so whoever
+/// asks for several of these asks once.
+struct DueStanding {
+    Instant due;
+    bool dueToday, overdue;
+};
+DueStanding dueStanding(const Reminder& reminder, const TodoClock& clock);
+
 /// Whether the due date lies in today. A to-do without one is looked at as if it were due in the year 1.
 bool isDueToday(const Reminder& reminder, const TodoClock& clock);
 /// Whether an open to-do was due before today; so is one without a due date.

@@ -119,8 +119,9 @@ CapabilityTodoItem todoPayload(const Reminder& reminder, const TodoClock& clock)
     item.completionDate = utcText(reminder.completionDate);
     item.createdAt = utcText(reminder.created);
     item.updatedAt = utcText(reminder.lastModified);
-    item.dueToday = isDueToday(reminder, clock);
-    item.overdue = isOverdue(reminder, clock);
+    const DueStanding standing = dueStanding(reminder, clock);
+    item.dueToday = standing.dueToday;
+    item.overdue = standing.overdue;
     return item;
 }
 

@@ -8,12 +8,11 @@ namespace {
 /// What the order looks at, worked out once for each to-do.
 struct Rank {
     const Reminder* reminder;
-    bool overdue, dueToday;
-    Instant due, touched;
+    DueStanding standing;
+    Instant touched;
 
     Rank(const Reminder& given, const TodoClock& clock)
-        : reminder(&given), overdue(isOverdue(given, clock)), dueToday(isDueToday(given, clock)),
-          due(dueDate(given.due.value_or(DueComponents{}), clock)),
+        : reminder(&given), standing(dueStanding(given, clock)),
           touched(given.lastModified.value_or(given.created.value_or(Instant::min()))) {}
 };
 
@@ -21,10 +20,10 @@ bool comesBefore(const Rank& a, const Rank& b) {
     const Reminder &left = *a.reminder, &right = *b.reminder;
     if (left.completed != right.completed) return right.completed;
     if (!left.completed) {
-        if (a.overdue != b.overdue) return a.overdue;
-        if (a.dueToday != b.dueToday) return a.dueToday;
+        if (a.standing.overdue != b.standing.overdue) return a.standing.overdue;
+        if (a.standing.dueToday != b.standing.dueToday) return a.standing.dueToday;
     }
-    if (a.due != b.due) return a.due < b.due;
+    if (a.standing.due != b.standing.due) return a.standing.due < b.standing.due;
     if (left.completed && left.completionDate && right.completionDate && *left.completionDate != *right.completionDate)
         return *left.completionDate > *right.completionDate;
     if (a.touched != b.touched) return a.touched > b.touched;
@@ -55,8 +54,10 @@ std::vector<Reminder> filteredReminders(const std::vector<Reminder>& reminders, 
         case CapabilityTodoView::open: return !reminder.completed;
         case CapabilityTodoView::done: return reminder.completed;
         case CapabilityTodoView::all: return true;
-        case CapabilityTodoView::today:
-            return !reminder.completed && (isDueToday(reminder, clock) || isOverdue(reminder, clock));
+        case CapabilityTodoView::today: {
+            const DueStanding standing = dueStanding(reminder, clock);
+            return !reminder.completed && (standing.dueToday || standing.overdue);
+        }
         }
         return false;
     };
@@ -74,8 +75,9 @@ CapabilityTodoStats buildStats(const std::vector<Reminder>& reminders, const Tod
             continue;
         }
         ++stats.open;
-        if (isDueToday(reminder, clock)) ++stats.dueToday;
-        if (isOverdue(reminder, clock)) ++stats.overdue;
+        const DueStanding standing = dueStanding(reminder, clock);
+        if (standing.dueToday) ++stats.dueToday;
+        if (standing.overdue) ++stats.overdue;
     }
     stats.needsAttentionToday = stats.dueToday + stats.overdue;
     return stats;

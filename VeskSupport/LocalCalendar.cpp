@@ -3,6 +3,7 @@
 #include "VeskSupport/Iso8601.hpp"
 #include "VeskSupport/PosixZone.hpp"
 
+#include <string_view>
 #include <unicode/basictz.h>
 #include <unicode/rbtz.h>
 #include <unicode/timezone.h>
@@ -82,6 +83,19 @@ seconds localOffset(const icu::BasicTimeZone& zone, WallTime wall, UTimeZoneLoca
     const auto date = static_cast<double>(wall.time_since_epoch().count()) * 1000.0;
     zone.getOffsetFromLocal(date, option, option, raw, dst, status);
     return duration_cast<seconds>(milliseconds(raw + dst));
+}
+
+/// The definition with its offsets as +hhmm where they have no seconds: many programs read no others. ICU always writes
+/// the longer form of RFC 5545, section 3.3.14.
+std::string withShortOffsets(std::string text) {
+    constexpr std::size_t longForm = std::string_view("+hhmmss").size();
+    for (const std::string_view name : {"\nTZOFFSETFROM:", "\nTZOFFSETTO:"})
+        for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at)) {
+            at += name.size();
+            const std::size_t length = text.find_first_of("\r\n", at) - at;
+            if (length == longForm && text.compare(at + longForm - 2, 2, "00") == 0) text.erase(at + longForm - 2, 2);
+        }
+    return text;
 }
 
 } // namespace
@@ -185,7 +199,7 @@ std::string LocalCalendar::vTimeZoneText(Instant start) const {
     // A line of ICU's own, of use to nobody else.
     if (const std::size_t own = result.find("X-TZINFO:"); own != std::string::npos)
         result.erase(own, result.find('\n', own) + 1 - own);
-    return result;
+    return withShortOffsets(std::move(result));
 }
 
 std::string LocalCalendar::isoText(Instant instant) const { return formatInternetDateTime(instant, offset(instant)); }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Shows the calendar commands on sample calendars. Everything lies in a private folder that is removed at the end;
-# set VESK_DEMO_KEEP to keep it. Argument: the folder of the programs.
+# Shows the commands on sample stores: each folder of samples/ is one. Everything lies in a private folder that is
+# removed at the end; set VESK_DEMO_KEEP to keep it. Argument: the folder of the programs.
 set -euo pipefail
 
 programs=$(cd -- "$1" && pwd)
@@ -15,14 +15,14 @@ finish() {
     fi
 }
 trap finish EXIT
-mkdir -p "$work"/{home,calendars,state,cache,data,config,run}
+mkdir -p "$work"/{home,state,cache,data,config,run}
 chmod 700 "$work/run"
 
 # Nothing of the user's own surroundings is read or written, and nobody is asked anything.
 vesk_env=(env -i PATH=/usr/bin:/bin LANG=C.UTF-8 TZ="${VESK_DEMO_TZ:-Europe/Berlin}" HOME="$work/home"
     XDG_CONFIG_HOME="$work/config" XDG_DATA_HOME="$work/data" XDG_STATE_HOME="$work/state"
     XDG_CACHE_HOME="$work/cache" XDG_RUNTIME_DIR="$work/run" VESK_CALENDARS_DIR="$work/calendars"
-    VESK_STATE_DIR="$work/state/vesk" VESK_CACHE_DIR="$work/cache/vesk"
+    VESK_REMINDERS_DIR="$work/reminders" VESK_STATE_DIR="$work/state/vesk" VESK_CACHE_DIR="$work/cache/vesk"
     VESK_APP_SUPPORT_DIR="$work/home/support" VESK_USER_ADDRESSES=dana@example.com)
 
 # The samples hold @DAY+N@ for the date N days from today, as YYYYMMDD.
@@ -37,14 +37,15 @@ place() {
     # Calendars end their lines with CR LF.
     sed 's/$/\r/' <<<"$text" >"$2"
 }
-for collection in "$samples"/*/; do
-    name=$(basename -- "$collection")
-    mkdir -p "$work/calendars/$name"
-    [[ ! -f $collection/displayname ]] || cp -- "$collection/displayname" "$work/calendars/$name/"
-    for sample in "$collection"*.ics; do
-        place "$sample" "$work/calendars/$name/$(basename -- "$sample")"
-    done
-done
+while IFS= read -r -d '' sample; do
+    target=$work/${sample#"$samples"/}
+    mkdir -p -- "${target%/*}"
+    if [[ $sample == */displayname ]]; then cp -- "$sample" "$target"; else place "$sample" "$target"; fi
+done < <(find "$samples" -type f -print0)
+
+section() {
+    printf '\n\n=== %s\n' "$1"
+}
 
 # Prints a command as a person would type it, then runs it.
 show() {
@@ -56,11 +57,32 @@ show() {
     "${vesk_env[@]}" "$programs/$1" "${@:2}"
 }
 
-show vesk consent grant calendar --yes
+# Shows what a command changes in a file of a store.
+show_change() {
+    local file=$1
+    shift
+    cp -- "$work/$file" "$work/before"
+    show "$@"
+    printf '\nWhat that changed in %s:\n\n' "$file"
+    diff -U 100 "$work/before" "$work/$file" | tail -n +4 | tr -d '\r' || true
+}
+
+section "Consent: nothing is read before the user has said yes"
+show vesk consent grant calendar reminders --yes
 show VeskCapabilityBroker status
+
+section "Calendars: three collections that other programs keep"
 show VeskCapabilityBroker calendar-list
 show VeskCapabilityBroker calendar-today
 show VeskCapabilityBroker calendar-create --calendar Home --title "Water the plants" \
     --start "$(date -u -d "$today 1 day" +%Y-%m-%d) 18:00" --notes "The big ones on the balcony too"
 show VeskCapabilityBroker calendar-next
 show VeskCapabilityBroker calendar-respond-invite --response accept --title "Budget review"
+
+section "To-dos: the assistant's own list, which other programs may keep too"
+show VeskCapabilityBroker todo-add --title "Tell the bank the new address" --notes "Both accounts" \
+    --due "$(date -u -d "$today 2 days" +%Y-%m-%d) 10:00"
+show VeskCapabilityBroker todo-list
+show_change reminders/vesk-todos/order-boxes-subtask.ics \
+    VeskCapabilityBroker todo-complete --id 7702941536028841077
+show VeskCapabilityBroker todo-stats

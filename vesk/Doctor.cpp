@@ -39,15 +39,15 @@ void examineConsent(CapabilityKind kind, const Decisions& decisions, DoctorCapab
         {"Consent is " + stateText(*capability.consent) + ".", "vesk consent grant " + capability.id});
 }
 
-DoctorCapability examineCapability(CapabilityKind kind, Environment& environment, const StoreReport& calendars,
-                                   const Decisions& decisions) {
+DoctorCapability examineCapability(CapabilityKind kind, Environment& environment,
+                                   const std::vector<StoreReport>& stores, const Decisions& decisions) {
     DoctorCapability capability{.id = std::string(rawValue(kind)),
                                 .title = std::string(title(kind)),
                                 .consent = std::nullopt,
                                 .service = {},
                                 .findings = {}};
     examineConsent(kind, decisions, capability);
-    DoctorService service = serviceOf(kind, environment, calendars);
+    DoctorService service = serviceOf(kind, environment, stores);
     capability.service = std::move(service.service);
     for (DoctorFinding& finding : service.findings) capability.findings.push_back(std::move(finding));
     return capability;
@@ -92,11 +92,11 @@ std::string storeText(const StoreReport& store) {
 
 DoctorReport examine(Environment& environment, const ConsentDatabase& database) {
     DoctorReport report;
-    report.calendars = inspectCalendars(environment);
+    report.stores = inspectStores(environment);
     report.places = {stateFolder(environment), cacheFolder(environment), ShellDebugLogger::logFileURL(environment)};
     const Decisions decisions = readDecisions(database, report);
     for (const CapabilityKind kind : allCapabilityKinds)
-        report.capabilities.push_back(examineCapability(kind, environment, report.calendars, decisions));
+        report.capabilities.push_back(examineCapability(kind, environment, report.stores, decisions));
     examineFolder(report.places.stateFolder, "state folder", report);
     examineFolder(report.places.cacheFolder, "cache folder", report);
     examineDialogs(environment, report);
@@ -107,10 +107,11 @@ std::string doctorText(const DoctorReport& report) {
     std::vector<std::vector<std::string>> capabilities{{"CAPABILITY", "CONSENT", "SERVED BY"}};
     for (const DoctorCapability& c : report.capabilities)
         capabilities.push_back({c.id, c.consent ? stateText(*c.consent) : "-", c.service});
-    const std::vector<std::vector<std::string>> places{{"calendars", storeText(report.calendars)},
-                                                       {"state", report.places.stateFolder},
-                                                       {"cache", report.places.cacheFolder},
-                                                       {"log", report.places.logFile.value_or("-")}};
+    std::vector<std::vector<std::string>> places;
+    for (const StoreReport& store : report.stores) places.push_back({store.name, storeText(store)});
+    places.push_back({"state", report.places.stateFolder});
+    places.push_back({"cache", report.places.cacheFolder});
+    places.push_back({"log", report.places.logFile.value_or("-")});
     return tableText(capabilities) + "\n" + tableText(places) + "\n" + findingsText(report);
 }
 

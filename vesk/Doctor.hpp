@@ -50,7 +50,7 @@ inline constexpr auto recordTable<DoctorPlaces> =
 
 struct DoctorReport {
     std::vector<DoctorCapability> capabilities;
-    StoreReport calendars;
+    std::vector<StoreReport> stores;
     DoctorPlaces places;
     /// What concerns no single capability.
     std::vector<DoctorFinding> findings;
@@ -60,7 +60,7 @@ struct DoctorReport {
 
 template <>
 inline constexpr auto recordTable<DoctorReport> =
-    recordFields(required("capabilities", &DoctorReport::capabilities), required("calendars", &DoctorReport::calendars),
+    recordFields(required("capabilities", &DoctorReport::capabilities), required("stores", &DoctorReport::stores),
                  required("places", &DoctorReport::places), required("findings", &DoctorReport::findings));
 
 /// Looks at everything and changes nothing.

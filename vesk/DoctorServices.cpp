@@ -44,17 +44,20 @@ DoctorService accessibilityService(Environment& environment) {
     return result;
 }
 
-DoctorService calendarService(const StoreReport& calendars) {
-    DoctorService result{folderService("Calendar folders", calendars.path), {}};
+/// The store of a capability, with what is amiss in it.
+DoctorService storeService(const std::string& what, CapabilityKind kind, const std::vector<StoreReport>& stores) {
+    const auto found = std::ranges::find(stores, kind, &StoreReport::capability);
+    if (found == stores.end()) return {what, {}};
+    const StoreReport& store = *found;
+    DoctorService result{folderService(what, store.path), {}};
     const auto report = [&](const std::vector<std::string>& paths, const std::string& one, const std::string& several,
                             const std::string& remedy) {
         if (!paths.empty()) result.findings.push_back({named(paths, one, several), remedy});
     };
-    const std::string remedy = "chmod -R u+rX " + calendars.path;
-    report(calendars.unreadableFolders, "unreadable folder", "unreadable folders", remedy);
-    report(calendars.unreadableFiles, "unreadable file", "unreadable files", remedy);
-    report(calendars.unparsableFiles, "file that cannot be parsed", "files that cannot be parsed",
-           "Mend or remove them.");
+    const std::string remedy = "chmod -R u+rX " + store.path;
+    report(store.unreadableFolders, "unreadable folder", "unreadable folders", remedy);
+    report(store.unreadableFiles, "unreadable file", "unreadable files", remedy);
+    report(store.unparsableFiles, "file that cannot be parsed", "files that cannot be parsed", "Mend or remove them.");
     return result;
 }
 
@@ -84,15 +87,15 @@ DoctorService cloudService(Environment& environment) {
 
 } // namespace
 
-DoctorService serviceOf(CapabilityKind kind, Environment& environment, const StoreReport& calendars) {
+DoctorService serviceOf(CapabilityKind kind, Environment& environment, const std::vector<StoreReport>& stores) {
     switch (kind) {
     case CapabilityKind::fullDiskAccess: return {"The permissions of the file system", {}};
     case CapabilityKind::screenRecording: return desktopService("X11, or the desktop portals", environment);
     case CapabilityKind::systemAudio:
     case CapabilityKind::microphone: return {"Nothing uses it", {}};
     case CapabilityKind::accessibility: return accessibilityService(environment);
-    case CapabilityKind::calendar: return calendarService(calendars);
-    case CapabilityKind::reminders: return {folderService("To-do folders", remindersFolder(environment)), {}};
+    case CapabilityKind::calendar: return storeService("Calendar folders", kind, stores);
+    case CapabilityKind::reminders: return storeService("To-do folders", kind, stores);
     case CapabilityKind::contacts: return {folderService("vCard folders", contactsFolder(environment)), {}};
     case CapabilityKind::messages: return messagesService();
     case CapabilityKind::mail: return mailService(environment);

@@ -11,6 +11,6 @@ struct DoctorService {
     std::vector<DoctorFinding> findings;
 };
 
-DoctorService serviceOf(CapabilityKind kind, Environment& environment, const StoreReport& calendars);
+DoctorService serviceOf(CapabilityKind kind, Environment& environment, const std::vector<StoreReport>& stores);
 
 } // namespace vesk

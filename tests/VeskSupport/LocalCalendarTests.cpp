@@ -1,6 +1,8 @@
 #include "VeskSupport/LocalCalendar.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace vesk {
 namespace {
@@ -91,6 +93,22 @@ TEST(Zones, AreReadFromVTimeZoneComponents) {
     EXPECT_EQ(zone->offset(utc(2026y / 7 / 1)), 2h);
     EXPECT_EQ(zone->offset(utc(2026y / 1 / 1)), 1h);
     EXPECT_FALSE(LocalCalendar::fromVTimeZone("BEGIN:VTIMEZONE\r\nEND:VTIMEZONE\r\n").has_value());
+}
+
+TEST(Zones, AreWrittenWithSecondsInTheirOffsetsOnlyWhereThereAreSome) {
+    const std::tuple<const char*, Instant, const char*> cases[] = {
+        {"Europe/Berlin", utc(2026y / 7 / 1), "\r\nTZOFFSETTO:+0200\r\nTZOFFSETFROM:+0100\r\n"},
+        {"Asia/Kathmandu", utc(2026y / 7 / 1), "\r\nTZOFFSETTO:+0545\r\nTZOFFSETFROM:+0545\r\n"},
+        {"Africa/Monrovia", utc(1970y / 7 / 1), "\r\nTZOFFSETTO:-004430\r\n"},
+    };
+    for (const auto& [name, instant, expected] : cases) {
+        const LocalCalendar zone(name);
+        const std::string text = zone.vTimeZoneText(instant);
+        EXPECT_THAT(text, testing::HasSubstr(expected)) << name;
+        const auto read = LocalCalendar::fromVTimeZone(text);
+        ASSERT_TRUE(read.has_value()) << text;
+        EXPECT_EQ(read->offset(instant), zone.offset(instant)) << name;
+    }
 }
 
 } // namespace

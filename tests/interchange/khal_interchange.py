@@ -3,48 +3,28 @@
 Arguments: the folder of the programs, then unittest's own.
 """
 
-import json
-import subprocess
-import sys
-import tempfile
-import unittest
-from pathlib import Path
+import interchange
 
-KHAL = "/usr/bin/khal"
-PROGRAMS = None
 FORMAT = "{start-long}|{end-long}|{title}|{location}|{description}|{calendar}"
 
 
-class KhalInterchange(unittest.TestCase):
-    """Each test has a folder of its own with the empty collections home and work."""
+class KhalInterchange(interchange.Interchange):
+    """Each test has the empty collections home and work."""
 
-    zone = "Europe/Berlin"
+    other = "/usr/bin/khal"
+    capability = "calendar"
 
     def setUp(self):
-        if not Path(KHAL).exists():
-            self.fail("khal is missing: install the Debian package khal")
-        folder = tempfile.TemporaryDirectory(prefix="vesk-khal.")
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.calendars = self.folder / "calendars"
+        super().setUp()
         for name in ("home", "work"):
-            (self.calendars / name).mkdir(parents=True)
-        self.use_zone(self.zone)
-        self.run_program(PROGRAMS / "vesk", "consent", "grant", "calendar", "--yes")
+            (self.folder / "calendars" / name).mkdir(parents=True)
 
     def use_zone(self, zone):
-        """Both programs run in that zone from now on."""
-        self.environment = {
-            "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "TZ": zone, "HOME": str(self.folder),
-            "XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_DATA_HOME": str(self.folder / "data"),
-            "XDG_STATE_HOME": str(self.folder / "state"), "XDG_CACHE_HOME": str(self.folder / "cache"),
-            "VESK_CALENDARS_DIR": str(self.calendars),
-        }
-        config = self.folder / "config/khal/config"
-        config.parent.mkdir(parents=True, exist_ok=True)
-        config.write_text(f"""[calendars]
+        super().use_zone(zone)
+        self.environment["VESK_CALENDARS_DIR"] = str(self.folder / "calendars")
+        self.write_config("khal/config", f"""[calendars]
 [[all]]
-path = {self.calendars}/*
+path = {self.folder}/calendars/*
 type = discover
 [locale]
 local_timezone = {zone}
@@ -56,26 +36,16 @@ datetimeformat = %Y-%m-%d %H:%M
 longdatetimeformat = %Y-%m-%d %H:%M
 [sqlite]
 path = {self.folder}/khal.db
-""", encoding="utf-8")
-
-    def run_program(self, *command):
-        """The standard output of a command that has to succeed."""
-        run = subprocess.run([str(word) for word in command], env=self.environment, cwd=self.folder,
-                             stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60, check=False)
-        self.assertEqual(run.returncode, 0, f"{command}\n{run.stdout}\n{run.stderr}")
-        return run.stdout
-
-    def broker(self, *arguments):
-        return json.loads(self.run_program(PROGRAMS / "VeskCapabilityBroker", *arguments))
+""")
 
     def created(self, *arguments, calendar="home"):
         return self.broker("calendar-create", "--calendar", calendar, *arguments)["event"]
 
     def khal_new(self, *arguments, calendar="home"):
-        self.run_program(KHAL, "new", "-a", calendar, *arguments)
+        self.run_program(self.other, "new", "-a", calendar, *arguments)
 
     def khal_list(self, day):
-        output = self.run_program(KHAL, "list", "--format", FORMAT, "--day-format", "", day, "1d")
+        output = self.run_program(self.other, "list", "--format", FORMAT, "--day-format", "", day, "1d")
         return [line for line in output.splitlines() if line]
 
     def listed(self, day):
@@ -158,5 +128,4 @@ path = {self.folder}/khal.db
 
 
 if __name__ == "__main__":
-    PROGRAMS = Path(sys.argv.pop(1)).resolve()
-    unittest.main()
+    interchange.main()

@@ -18,15 +18,24 @@ struct DoctorTests : CompanionTest {
                 for (const JsonValue& finding : listAt(c, "findings")) result.push_back(textAt(finding, "problem"));
         return result;
     }
-    /// Makes the calendar store of these files; its root.
-    std::string calendars(const std::map<std::string, std::string>& files) {
-        const auto root = program.folder() / "calendars";
+    static JsonValue store(const JsonValue& report, const std::string& name) {
+        for (const JsonValue& found : listAt(report, "stores"))
+            if (textAt(found, "name") == name) return found;
+        ADD_FAILURE() << "no store " << name;
+        return {};
+    }
+    /// Makes a store of these files, which the variable names from now on; its root.
+    std::string makeStore(const std::string& variable, const std::map<std::string, std::string>& files) {
+        const auto root = program.folder() / variable;
         for (const auto& [name, bytes] : files) {
             std::filesystem::create_directories((root / name).parent_path());
             std::ofstream(root / name, std::ios::binary) << bytes;
         }
-        program.environment["VESK_CALENDARS_DIR"] = root.string();
+        program.environment[variable] = root.string();
         return root.string();
+    }
+    std::string calendars(const std::map<std::string, std::string>& files) {
+        return makeStore("VESK_CALENDARS_DIR", files);
     }
     static std::int64_t numberAt(const JsonValue& value, const std::string& key) {
         return std::get<std::int64_t>(at(value, key).value);
@@ -49,14 +58,17 @@ TEST_F(DoctorTests, AGrantedCapabilityThatIsServedHasNoFindings) {
 TEST_F(DoctorTests, TellsWhereThingsAre) {
     program.environment["VESK_CACHE_DIR"] = "/c";
     program.environment["VESK_CALENDARS_DIR"] = "/k";
+    program.environment["VESK_REMINDERS_DIR"] = "/t";
     program.environment["VESK_APP_SUPPORT_DIR"] = "/s";
     const JsonValue report = json({"doctor", "--json"});
     EXPECT_EQ(textAt(at(report, "places"), "stateFolder"), state());
     EXPECT_EQ(textAt(at(report, "places"), "cacheFolder"), "/c");
     EXPECT_EQ(textAt(at(report, "places"), "logFile"), "/s/logs/shell-debug.log");
-    EXPECT_EQ(textAt(at(report, "calendars"), "path"), "/k");
+    EXPECT_EQ(textAt(store(report, "calendars"), "path"), "/k");
+    EXPECT_EQ(textAt(store(report, "to-dos"), "path"), "/t");
     const std::string text = vesk({"doctor"}).output;
     EXPECT_THAT(text, HasSubstr("calendars  /k (does not exist yet)\n"));
+    EXPECT_THAT(text, HasSubstr("to-dos     /t (does not exist yet)\n"));
     EXPECT_THAT(text, HasSubstr("log        /s/logs/shell-debug.log\n"));
     EXPECT_THAT(text, ::testing::ContainsRegex("calendar +Consent is not determined. +vesk consent grant calendar\n"));
 }
@@ -69,7 +81,7 @@ TEST_F(DoctorTests, CountsCollectionsAndNamesFilesThatCannotBeParsed) {
                                  {"work/cut.ics", whole.substr(0, 50)},
                                  {"work/timeless.ics", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nEND:VEVENT\nEND:VCALENDAR\n"}});
     const JsonValue report = json({"doctor", "--json"});
-    const JsonValue found = at(report, "calendars");
+    const JsonValue found = store(report, "calendars");
     EXPECT_EQ(numberAt(found, "collections"), 2);
     EXPECT_EQ(numberAt(found, "files"), 4);
     EXPECT_EQ(listAt(found, "unparsableFiles").size(), 3U);
@@ -78,6 +90,24 @@ TEST_F(DoctorTests, CountsCollectionsAndNamesFilesThatCannotBeParsed) {
                 ::testing::Contains("3 files that cannot be parsed: " + root + "/work/broken.ics, " + root
                                     + "/work/cut.ics, " + root + "/work/timeless.ics"));
     EXPECT_FALSE(std::filesystem::exists(program.folder() / ".cache"));
+}
+
+TEST_F(DoctorTests, CountsListsAndNamesTodosThatCannotBeShown) {
+    const std::string whole = "BEGIN:VCALENDAR\nBEGIN:VTODO\nUID:a\nEND:VTODO\nEND:VCALENDAR\n";
+    const auto root = makeStore(
+        "VESK_REMINDERS_DIR",
+        {{"home/whole.ics", whole},
+         {"home/cut.ics", whole.substr(0, 40)},
+         {"account/work/nameless.ics", "BEGIN:VCALENDAR\nBEGIN:VTODO\nSUMMARY:x\nEND:VTODO\nEND:VCALENDAR\n"}});
+    const JsonValue report = json({"doctor", "--json"});
+    const JsonValue found = store(report, "to-dos");
+    EXPECT_EQ(textAt(found, "capability"), "reminders");
+    EXPECT_EQ(numberAt(found, "collections"), 2);
+    EXPECT_EQ(numberAt(found, "files"), 3);
+    EXPECT_THAT(problems(report, "reminders"),
+                ::testing::Contains("2 files that cannot be parsed: " + root + "/account/work/nameless.ics, " + root
+                                    + "/home/cut.ics"));
+    EXPECT_THAT(vesk({"doctor"}).output, HasSubstr("to-dos     " + root + " (collections: 2, files: 3)\n"));
 }
 
 TEST_F(DoctorTests, NamesTheFirstFewOfManyFiles) {
@@ -96,16 +126,20 @@ TEST_F(DoctorTests, ARootThatIsAFileIsAnUnreadableFolder) {
 }
 
 TEST_F(DoctorTests, WhatIsForbiddenIsNamed) {
-    const auto root = calendars({{"home/secret.ics", "x"}, {"work/a.ics", "x"}});
-    std::filesystem::permissions(root + "/home/secret.ics", std::filesystem::perms::none);
-    std::filesystem::permissions(root + "/work", std::filesystem::perms::none);
-    program.launcher = withoutPrivileges();
-    const ProgramResult result = vesk({"doctor", "--json"});
-    std::filesystem::permissions(root + "/work", std::filesystem::perms::owner_all);
-    ASSERT_EQ(result.status, 0) << result;
-    EXPECT_THAT(problems(parseJson(result.output), "calendar"),
-                ::testing::IsSupersetOf(
-                    {"1 unreadable folder: " + root + "/work", "1 unreadable file: " + root + "/home/secret.ics"}));
+    const std::pair<const char*, const char*> stores[] = {{"VESK_CALENDARS_DIR", "calendar"},
+                                                          {"VESK_REMINDERS_DIR", "reminders"}};
+    for (const auto& [variable, capability] : stores) {
+        const auto root = makeStore(variable, {{"home/secret.ics", "x"}, {"work/a.ics", "x"}});
+        std::filesystem::permissions(root + "/home/secret.ics", std::filesystem::perms::none);
+        std::filesystem::permissions(root + "/work", std::filesystem::perms::none);
+        program.launcher = withoutPrivileges();
+        const ProgramResult result = vesk({"doctor", "--json"});
+        std::filesystem::permissions(root + "/work", std::filesystem::perms::owner_all);
+        ASSERT_EQ(result.status, 0) << result;
+        EXPECT_THAT(problems(parseJson(result.output), capability),
+                    ::testing::IsSupersetOf(
+                        {"1 unreadable folder: " + root + "/work", "1 unreadable file: " + root + "/home/secret.ics"}));
+    }
 }
 
 TEST_F(DoctorTests, AStateFolderThatIsAFileIsAFinding) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VeskPlatform/Linux/Vdir/FileHealth.hpp"
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
 #include "VeskPlatform/Linux/Vdir/IcsScanner.hpp"
 
@@ -11,13 +12,6 @@
 #include <vector>
 
 namespace vesk::vdir {
-
-/// What reading a file came to.
-enum class FileHealth : std::uint32_t {
-    whole,
-    damaged,   ///< Read, but not or not wholly understood.
-    unreadable ///< Not read at all; the next run tries again.
-};
 
 struct IndexedFile {
     FileSignature signature;

@@ -71,6 +71,16 @@ bool hasExtension(std::string_view name, std::string_view extension) {
                       [&](char a, char b) { return lower(a) == lower(b); });
 }
 
+std::vector<std::string> sortedFileNames(const std::string& path, std::string_view extension) {
+    std::vector<std::string> names;
+    forEachEntry(path, [&](const FolderEntry& entry) {
+        if (hasExtension(entry.name, extension) && entry.isRegularFile()) names.emplace_back(entry.name);
+        return true;
+    });
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 std::string readRegularFile(const std::string& path, std::size_t maximumBytes) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};

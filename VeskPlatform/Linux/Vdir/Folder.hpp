@@ -24,6 +24,10 @@ void forEachEntry(const std::string& path, const std::function<bool(const Folder
 /// Whether `name` ends in `extension` (such as ".ics"), case aside; never for an empty extension.
 bool hasExtension(std::string_view name, std::string_view extension);
 
+/// The names of the regular files of a folder that end in `extension`, in byte order; without asking for their
+/// signatures. Throws PosixError.
+std::vector<std::string> sortedFileNames(const std::string& path, std::string_view extension);
+
 /// The bytes of a regular file of at most `maximumBytes`; never waits on a pipe. Throws PosixError.
 std::string readRegularFile(const std::string& path, std::size_t maximumBytes);
 

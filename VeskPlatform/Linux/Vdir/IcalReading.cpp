@@ -5,7 +5,6 @@
 #include <algorithm>
 
 namespace vesk::vdir {
-namespace {
 
 using namespace std::chrono;
 
@@ -20,8 +19,6 @@ std::optional<WallTime> wallOf(const icaltimetype& time) {
     // A leap second is the last second of its minute (RFC 5545, section 3.3.12).
     return local_days{date} + hours(time.hour) + minutes(time.minute) + seconds(std::min(time.second, 59));
 }
-
-} // namespace
 
 void IcalComponentDeleter::operator()(icalcomponent* component) const { icalcomponent_free(component); }
 

@@ -19,6 +19,9 @@ using IcalComponent = std::unique_ptr<icalcomponent, IcalComponentDeleter>;
 /// 38 s, measured), so that long lines are folded.
 std::string readableText(std::string_view component);
 
+/// The wall time of a time, none where it is no date that exists in the years 1 to 9999.
+std::optional<WallTime> wallOf(const icaltimetype& time);
+
 /// The time as it stands, none where it is no date that exists in the years 1 to 9999.
 std::optional<EventTime> eventTime(const icaltimetype& time, icalproperty* property);
 

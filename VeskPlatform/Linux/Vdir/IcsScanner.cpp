@@ -262,7 +262,7 @@ private:
             event_.end = dayOf(valueOf(unfolded(text_, line, next_)));
         else if (isProperty(line, "DURATION"))
             event_.duration = daysOfDuration(valueOf(unfolded(text_, line, next_)));
-        else if (isProperty(line, "UID"))
+        else if (isProperty(line, "UID") && event_.event.uid.empty()) // of several the parser reads the first
             event_.event.uid = textOf(line);
         else if (isProperty(line, "RECURRENCE-ID"))
             event_.event.isOverride = true;
@@ -271,7 +271,7 @@ private:
     }
 
     void readTodoProperty(std::string_view line) {
-        if (isProperty(line, "UID"))
+        if (isProperty(line, "UID") && todo_.uid.empty())
             todo_.uid = textOf(line);
         else if (isProperty(line, "RECURRENCE-ID"))
             todo_.isOverride = true;
@@ -330,6 +330,12 @@ std::string propertyName(std::string_view contentLine) {
     name.resize(std::min(name.find_first_of(";:"), name.size()));
     for (char& c : name) c = upper(c);
     return name;
+}
+
+std::string propertyValue(std::string_view contentLine) {
+    std::size_t next = 0;
+    const std::string_view first = physicalLine(contentLine, next);
+    return std::string(trimmed(valueOf(unfolded(contentLine, first, next))));
 }
 
 std::vector<std::string> propertyValues(std::string_view component, std::string_view name) {

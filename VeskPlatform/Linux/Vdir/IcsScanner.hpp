@@ -78,6 +78,9 @@ std::string_view contentLineAt(std::string_view text, std::size_t begin);
 /// The name of a property in upper case: what stands before the first ';' or ':' of the unfolded line.
 std::string propertyName(std::string_view contentLine);
 
+/// The value of a content line as it stands, unfolded, blanks at its ends aside.
+std::string propertyValue(std::string_view contentLine);
+
 /// The unfolded values of the property `name` (in upper case) as they stand in the text of one whole component, those
 /// of the components within it left out.
 std::vector<std::string> propertyValues(std::string_view component, std::string_view name);

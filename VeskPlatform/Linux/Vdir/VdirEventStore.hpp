@@ -2,6 +2,7 @@
 
 #include "VeskPlatform/Clock.hpp"
 #include "VeskPlatform/EventStore.hpp"
+#include "VeskPlatform/Linux/Vdir/Survey.hpp"
 
 #include <functional>
 #include <memory>
@@ -21,16 +22,6 @@ struct VdirEventStoreOptions {
     std::vector<std::string> userAddresses;
     /// Hears of files that cannot be read, by the kind of error; never of names or content.
     std::function<void(const std::string&)> log;
-};
-
-/// What a look over the whole store found, with the paths of what is amiss.
-struct VdirSurvey {
-    std::size_t collections = 0;
-    std::size_t files = 0;
-    std::vector<std::string> unreadableFolders;
-    std::vector<std::string> unreadableFiles;
-    /// Files that hold no calendar, one that is cut off, or events without a start.
-    std::vector<std::string> damagedFiles;
 };
 
 /// Calendars as vdir folders of iCalendar files (RFC 5545), as khal and vdirsyncer keep them. A store shows the folders

@@ -25,6 +25,7 @@ namespace {
 using namespace vdir;
 using Deadline = std::chrono::steady_clock::time_point;
 
+constexpr const char* extension = ".ics";
 constexpr const char* localSource = "local";
 constexpr const char* accountPrefix = "account/";
 
@@ -50,15 +51,6 @@ std::string folderNameFor(const std::string& title) {
     return name.empty() ? "list" : name;
 }
 
-std::vector<std::string> sortedFileNames(const std::string& folder) {
-    const FolderListing listing = listFiles(folder, ".ics");
-    std::vector<std::string> names;
-    names.reserve(listing.size());
-    for (std::size_t i = 0; i < listing.size(); ++i) names.emplace_back(listing.name(i));
-    std::ranges::sort(names);
-    return names;
-}
-
 void makeFolders(const std::string& path) {
     std::error_code failed;
     std::filesystem::create_directories(path, failed);
@@ -70,6 +62,16 @@ const ScannedTodo* todoNamed(const CalendarFile& file, const std::string& uid) {
     const auto found = std::ranges::find_if(
         file.scanned.todos, [&](const ScannedTodo& todo) { return todo.uid == uid && !todo.isOverride; });
     return found == file.scanned.todos.end() ? nullptr : &*found;
+}
+
+/// A file that vanished meanwhile is none that anything is amiss with.
+FileHealth healthOf(const std::string& path) {
+    int errnoValue = 0;
+    const auto file = readCalendarFile(path, &errnoValue);
+    if (!file) return errnoValue == ENOENT ? FileHealth::whole : FileHealth::unreadable;
+    const bool isDamaged =
+        file->scanned.damaged || std::ranges::any_of(file->scanned.todos, &std::string::empty, &ScannedTodo::uid);
+    return isDamaged ? FileHealth::damaged : FileHealth::whole;
 }
 
 /// A to-do and the file that it is in.
@@ -99,7 +101,7 @@ struct VdirReminderStore::State {
 
     const std::vector<Collection>& collections() {
         if (!found)
-            found = findCollections(options.root, ".ics", [&](const std::string&, int errnoValue) {
+            found = findCollections(options.root, extension, [&](const std::string&, int errnoValue) {
                 options.log("reminder-store folder unreadable errno=" + std::to_string(errnoValue));
             });
         return *found;
@@ -148,7 +150,7 @@ struct VdirReminderStore::State {
 
     /// The first file by name that has the to-do.
     std::optional<Located> locate(const std::string& uid, const Collection& collection) {
-        const std::vector<std::string> names = sortedFileNames(collection.path);
+        const std::vector<std::string> names = sortedFileNames(collection.path, extension);
         std::vector<char> has(names.size(), 0);
         inParallel(names.size(), 32, [&](std::size_t i) {
             const auto file = readCalendarFile(collection.path + "/" + names[i]);
@@ -280,7 +282,7 @@ std::optional<std::vector<Reminder>> VdirReminderStore::reminders(const std::str
     const Deadline deadline = std::chrono::steady_clock::now() + limit;
     const Collection* collection = state_->collectionNamed(listIdentifier);
     if (collection == nullptr) return std::vector<Reminder>{};
-    auto perFile = state_->read(*collection, sortedFileNames(collection->path), deadline);
+    auto perFile = state_->read(*collection, sortedFileNames(collection->path, extension), deadline);
     if (!perFile) return std::nullopt;
     std::vector<Reminder> result;
     std::set<std::string> seen;
@@ -310,5 +312,7 @@ void VdirReminderStore::remove(const Reminder& reminder) {
         if (state_->tryRemove(reminder)) return;
     throw unsettled();
 }
+
+VdirSurvey VdirReminderStore::survey(const std::string& root) { return surveyOf(root, extension, healthOf); }
 
 } // namespace vesk

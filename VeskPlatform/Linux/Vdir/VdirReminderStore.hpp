@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VeskPlatform/Clock.hpp"
+#include "VeskPlatform/Linux/Vdir/Survey.hpp"
 #include "VeskPlatform/ReminderStore.hpp"
 
 #include <functional>
@@ -36,6 +37,9 @@ public:
     std::optional<Reminder> reminder(const std::string& identifier) override;
     Reminder save(const Reminder& reminder) override;
     void remove(const Reminder& reminder) override;
+
+    /// Looks at every file of the lists below `root`. Throws PosixError where the root cannot be listed.
+    static VdirSurvey survey(const std::string& root);
 
 private:
     struct State;

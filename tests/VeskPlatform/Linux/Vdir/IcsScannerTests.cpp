@@ -160,6 +160,7 @@ TEST(IcsScanner, FindsTodos) {
         {"within its own kind", "BEGIN:VTODO\nUID:a\nBEGIN:VTODO\nUID:b\nEND:VTODO\n", {"b"}, true},
         {"cut off", "BEGIN:VTODO\nUID:a\nEND:VTODO\nBEGIN:VTODO\nUID:b\n", {"a"}, true},
         {"with an alarm cut off", "BEGIN:VTODO\nUID:a\nBEGIN:VALARM\nEND:VTODO\n", {}, true},
+        {"with two names", "BEGIN:VTODO\nUID:a\nUID:b\nEND:VTODO\n", {"a"}, false},
         {"without a name", "BEGIN:VTODO\nEND:VTODO\n", {""}, false},
     };
     for (const Case& c : cases) {
