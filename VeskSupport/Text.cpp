@@ -21,6 +21,11 @@ bool isWhiteSpace(UChar32 c) {
 
 bool isAlphanumeric(UChar32 c) { return c >= 0 && (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0; }
 
+bool isNumber(UChar32 c) {
+    if (c < 0x80) return c >= '0' && c <= '9';
+    return (U_GET_GC_MASK(c) & U_GC_N_MASK) != 0;
+}
+
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion" // inside ICU's macro
 /// The code point at `position`, which moves behind it; negative for an ill-formed sequence.
@@ -40,6 +45,23 @@ UChar32 takeLastCodePoint(std::string_view& text) {
     const bool whole = end == text.size();
     text = text.substr(0, whole ? start : text.size() - 1);
     return whole ? c : -1;
+}
+
+/// The longest runs of characters that `belongs` takes, in order.
+template <class Predicate> std::vector<std::string> runsOf(std::string_view text, Predicate belongs) {
+    std::vector<std::string> runs;
+    bool inside = false;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        if (!belongs(nextCodePoint(text, i))) {
+            inside = false;
+            continue;
+        }
+        if (!inside) runs.emplace_back();
+        inside = true;
+        runs.back().append(text, start, i - start);
+    }
+    return runs;
 }
 
 icu::Collator* collator(void* p) { return static_cast<icu::Collator*>(p); }
@@ -101,21 +123,13 @@ std::string repairedUtf8(std::string_view text) {
     return result;
 }
 
-std::vector<std::string> alphanumericRuns(std::string_view text) {
-    std::vector<std::string> runs;
-    bool inside = false;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t start = i;
-        if (!isAlphanumeric(nextCodePoint(text, i))) {
-            inside = false;
-            continue;
-        }
-        if (!inside) runs.emplace_back();
-        inside = true;
-        runs.back().append(text, start, i - start);
-    }
-    return runs;
+std::vector<std::string> alphanumericRuns(std::string_view text) { return runsOf(text, isAlphanumeric); }
+
+std::vector<std::string> words(std::string_view text) {
+    return runsOf(text, [](UChar32 c) { return !isWhiteSpace(c); });
 }
+
+std::string digitsOnly(std::string_view text) { return joined(runsOf(text, isNumber), ""); }
 
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
     std::string result;

@@ -31,6 +31,12 @@ std::string repairedUtf8(std::string_view text);
 /// The runs of alphanumeric characters (categories L*, M*, N*) of `text`, in order.
 std::vector<std::string> alphanumericRuns(std::string_view text);
 
+/// The pieces of `text` between runs of white space, in order; none of them is empty.
+std::vector<std::string> words(std::string_view text);
+
+/// The characters of `text` that are numbers in any script (categories N*), in order.
+std::string digitsOnly(std::string_view text);
+
 /// Joins `pieces` with `separator` between them.
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
 

@@ -51,6 +51,19 @@ TEST(AlphanumericRuns, KeepLettersMarksAndNumbers) {
     EXPECT_TRUE(alphanumericRuns("?!").empty());
 }
 
+TEST(Words, StandBetweenRunsOfWhiteSpace) {
+    EXPECT_EQ(words(" Anna\u00a0 Maria\tSchmidt\n"), (std::vector<std::string>{"Anna", "Maria", "Schmidt"}));
+    EXPECT_EQ(words("Cher"), std::vector<std::string>{"Cher"});
+    EXPECT_TRUE(words(" \u3000").empty());
+}
+
+TEST(DigitsOnly, KeepsNumbersOfAnyScript) {
+    EXPECT_EQ(digitsOnly("+49 (176) 12-3"), "49176123");
+    EXPECT_EQ(digitsOnly("\u0661\u0662 x \uff13"), "\u0661\u0662\uff13");
+    EXPECT_EQ(digitsOnly("\u00bd \u2167"), "\u00bd\u2167");
+    EXPECT_EQ(digitsOnly("none"), "");
+}
+
 TEST(Splitting, CountsEmptyPieces) {
     EXPECT_EQ(split("a,,b,", ','), (std::vector<std::string>{"a", "", "b", ""}));
     EXPECT_EQ(joined({"a", "b"}, ", "), "a, b");
