@@ -1,28 +1,16 @@
 #include "VeskPlatform/Linux/Vdir/CollectionIndex.hpp"
 
+#include "VeskPlatform/Linux/Vdir/PackedBytes.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <type_traits>
 
 namespace vesk::vdir {
 namespace {
 
 constexpr std::uint64_t formatVersion = 0x5645534B49445832; // "VESKIDX2"
-
-/// A fast 64-bit mixing hash, eight bytes a step; finds damage, resists nobody.
-std::uint64_t checksum(std::string_view bytes) {
-    std::uint64_t hash = 0x9E3779B97F4A7C15 ^ bytes.size();
-    for (std::size_t i = 0; i < bytes.size(); i += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes.data() + i, std::min<std::size_t>(8, bytes.size() - i));
-        hash = (hash ^ word) * 0xFF51AFD7ED558CCD;
-        hash ^= hash >> 32;
-    }
-    return hash;
-}
 
 struct Header {
     std::uint64_t version, checksum, localZone, files, items, recurring, chunks;
@@ -30,34 +18,6 @@ struct Header {
 
 /// What the checksum is of: all that stands behind it.
 std::string_view summed(std::string_view bytes) { return bytes.substr(offsetof(Header, localZone)); }
-
-template <class T> void append(std::string& out, const T* values, std::size_t count) {
-    static_assert(std::is_trivially_copyable_v<T>);
-    out.append(reinterpret_cast<const char*>(values), count * sizeof(T));
-}
-
-/// Takes values off the front of stored bytes.
-class Source {
-public:
-    explicit Source(std::string_view bytes) : rest_(bytes) {}
-
-    template <class T> bool take(T* values, std::uint64_t count) {
-        static_assert(std::is_trivially_copyable_v<T>);
-        if (count > rest_.size() / sizeof(T)) return false;
-        if (count > 0) std::memcpy(static_cast<void*>(values), rest_.data(), count * sizeof(T));
-        rest_.remove_prefix(count * sizeof(T));
-        return true;
-    }
-    template <class T> bool takeList(std::vector<T>& list, std::uint64_t count) {
-        if (count > rest_.size() / sizeof(T)) return false;
-        list.resize(count);
-        return take(list.data(), count);
-    }
-    std::string_view rest() const { return rest_; }
-
-private:
-    std::string_view rest_;
-};
 
 bool isConsistent(const CollectionIndex& index) {
     for (const IndexedFile& file : index.files)
@@ -114,27 +74,21 @@ void CollectionIndex::addFrom(const CollectionIndex& other, std::size_t file) {
 }
 
 void CollectionIndex::distrustUnsettledFiles(std::int64_t now) {
-    constexpr std::int64_t millisecond = 1'000'000;
-    for (IndexedFile& file : files) {
-        // Whole seconds are what file systems with coarse times give (two seconds on FAT).
-        const bool coarse = file.signature.changed % (1000 * millisecond) == 0;
-        const std::int64_t slack = coarse ? 3000 * millisecond : 100 * millisecond;
-        const bool settled = file.signature.changed <= now - slack && file.health != FileHealth::unreadable;
-        if (!settled) file.signature.modified = INT64_MIN;
-    }
+    for (IndexedFile& file : files)
+        if (!isSettled(file.signature, now) || file.health == FileHealth::unreadable) distrust(file.signature);
 }
 
 std::string CollectionIndex::encoded() const {
     Header header{formatVersion, 0, localZone, files.size(), items.size(), recurringCount, chunks.size()};
     std::string bytes;
     bytes.reserve(sizeof header + files.size() * sizeof(IndexedFile) + items.size() * sizeof(IndexedItem));
-    append(bytes, &header, 1);
-    append(bytes, files.data(), files.size());
-    append(bytes, items.data(), items.size());
+    appendPacked(bytes, &header, 1);
+    appendPacked(bytes, files.data(), files.size());
+    appendPacked(bytes, items.data(), items.size());
     for (const auto& [chunk, masks] : chunks) {
         const std::int64_t number = chunk;
-        append(bytes, &number, 1);
-        append(bytes, masks.data(), masks.size());
+        appendPacked(bytes, &number, 1);
+        appendPacked(bytes, masks.data(), masks.size());
     }
     header.checksum = checksum(summed(bytes));
     std::memcpy(bytes.data(), &header, sizeof header);
@@ -142,7 +96,7 @@ std::string CollectionIndex::encoded() const {
 }
 
 std::optional<CollectionIndex> CollectionIndex::decoded(std::string_view bytes) {
-    Source source(bytes);
+    PackedSource source(bytes);
     Header header{};
     if (!source.take(&header, 1) || header.version != formatVersion || header.checksum != checksum(summed(bytes))
         || header.recurring > header.items)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VeskPlatform/Linux/Vdir/FileHealth.hpp"
-#include "VeskPlatform/Linux/Vdir/Folder.hpp"
+#include "VeskPlatform/Linux/Vdir/FileSignature.hpp"
 #include "VeskPlatform/Linux/Vdir/IcsScanner.hpp"
 
 #include <cstdint>

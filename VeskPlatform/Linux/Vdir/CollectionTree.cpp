@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <optional>
 #include <tuple>
 #include <unistd.h>
 
@@ -54,12 +53,23 @@ std::string titleOf(const std::string& path, std::string_view folderName) {
     return repairedUtf8(title.empty() ? folderName : title);
 }
 
+bool isWritable(const std::string& path) { return ::faccessat(AT_FDCWD, path.c_str(), W_OK | X_OK, AT_EACCESS) == 0; }
+
+bool holdsItems(const std::string& path, const std::string& extension) {
+    bool found = false;
+    forEachEntry(path, [&](const FolderEntry& entry) {
+        found = entry.isRegularFile() && hasExtension(entry.name, extension);
+        return !found;
+    });
+    return found;
+}
+
 std::string_view lastComponent(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 } // namespace
 
 std::vector<Collection> findCollections(const std::string& root, const std::string& extension,
-                                        const std::function<void(const std::string&, int)>& unreadable) {
+                                        const std::function<void(const std::string&, int)>& unreadable, RootIs rootIs) {
     std::vector<Collection> result;
     const auto add = [&](const std::string& relative, const std::string& account) {
         Collection collection;
@@ -67,7 +77,7 @@ std::vector<Collection> findCollections(const std::string& root, const std::stri
         collection.identifier = repairedUtf8(relative);
         collection.title = titleOf(collection.path, lastComponent(relative));
         collection.sourceTitle = account.empty() ? "On This Computer" : repairedUtf8(account);
-        collection.writable = ::faccessat(AT_FDCWD, collection.path.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+        collection.writable = isWritable(collection.path);
         result.push_back(std::move(collection));
     };
     const auto readable = [&](const std::string& relative) {
@@ -92,6 +102,8 @@ std::vector<Collection> findCollections(const std::string& root, const std::stri
         if (error.code() == ENOENT) return result;
         throw;
     }
+    if (rootIs == RootIs::collectionWhereItHoldsItems && holdsItems(root, extension))
+        result.push_back({root, "", titleOf(root, lastComponent(root)), "On This Computer", isWritable(root)});
     for (const std::string& top : topFolders) {
         const auto inventory = inventoryOf(top);
         if (!inventory) continue;

@@ -18,12 +18,16 @@ struct Collection {
     bool writable = false;
 };
 
+/// Whether the root may be a collection itself, with an empty identifier and ahead of all others.
+enum class RootIs { noCollection, collectionWhereItHoldsItems };
+
 /// The collections below `root` in ascending byte order of their identifiers. A folder directly below the root is a
 /// collection when it holds a file that ends in `extension`, a `displayname` or a `color` file, or no sub-folder at
 /// all; otherwise it is an account and each of its sub-folders is a collection. Names that begin with a dot are passed
 /// over. A missing root has none. A folder that cannot be read is passed over and told to `unreadable`; an unreadable
 /// root throws PosixError.
 std::vector<Collection> findCollections(const std::string& root, const std::string& extension,
-                                        const std::function<void(const std::string& path, int errnoValue)>& unreadable);
+                                        const std::function<void(const std::string& path, int errnoValue)>& unreadable,
+                                        RootIs rootIs = RootIs::noCollection);
 
 } // namespace vesk::vdir

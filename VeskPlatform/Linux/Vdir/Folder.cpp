@@ -8,9 +8,11 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace vesk::vdir {
@@ -142,6 +144,12 @@ FolderListing listFiles(const std::string& path, std::string_view extension) {
     });
     if (std::find(gone.begin(), gone.end(), 1) != gone.end()) listing.remove(gone);
     return listing;
+}
+
+std::string canonicalPath(const std::string& path) {
+    std::error_code failed;
+    const auto canonical = std::filesystem::canonical(path, failed);
+    return failed ? path : canonical.string();
 }
 
 } // namespace vesk::vdir

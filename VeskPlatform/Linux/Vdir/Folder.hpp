@@ -1,5 +1,8 @@
 #pragma once
 
+#include "VeskPlatform/Linux/Vdir/FileSignature.hpp"
+#include "VeskSupport/Instant.hpp"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -31,16 +34,6 @@ std::vector<std::string> sortedFileNames(const std::string& path, std::string_vi
 /// The bytes of a regular file of at most `maximumBytes`; never waits on a pipe. Throws PosixError.
 std::string readRegularFile(const std::string& path, std::size_t maximumBytes);
 
-/// What tells one state of a file from another. The change time moves with every write, also where the writer sets the
-/// modification time back.
-struct FileSignature {
-    std::uint64_t inode = 0;
-    std::int64_t modified = 0, changed = 0; ///< Nanoseconds since 1970.
-    std::uint64_t size = 0;
-
-    bool operator==(const FileSignature&) const = default;
-};
-
 /// The files of a folder. Their names lie in one block: a hundred thousand strings of their own cost as much as the
 /// rest of a listing.
 class FolderListing {
@@ -64,5 +57,15 @@ private:
 /// added or removed. Files that vanish meanwhile are left out. Uses several threads for large folders, since asking for
 /// a hundred thousand signatures takes a tenth of a second. Throws PosixError.
 FolderListing listFiles(const std::string& path, std::string_view extension);
+
+/// The files of a collection's folder, and what the clock showed before they were listed.
+struct DatedListing {
+    Instant before{};
+    FolderListing files;
+};
+
+/// `path` as absolute, links resolved, so that one folder has one path whatever the way to it; as it is where that
+/// fails.
+std::string canonicalPath(const std::string& path);
 
 } // namespace vesk::vdir

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <unordered_map>
 
 namespace vesk::vdir {
 namespace {
@@ -83,28 +82,17 @@ void IndexedCollection::refresh(Instant now) {
 void IndexedCollection::rebuild(const CollectionIndex& known, Instant now) {
     changed_ = true;
     index_.localZone = known.localZone;
-    std::unordered_map<std::uint64_t, std::size_t> placeOfInode;
-    placeOfInode.reserve(known.files.size());
-    for (std::size_t i = 0; i < known.files.size(); ++i) placeOfInode.emplace(known.files[i].signature.inode, i);
-
-    constexpr std::size_t unknown = SIZE_MAX;
-    std::vector<std::size_t> places(listing_.size(), unknown);
-    std::vector<bool> taken(known.files.size()); // two names of one file are two files
+    std::vector<FileSignature> knownSignatures;
+    for (const IndexedFile& file : known.files) knownSignatures.push_back(file.signature);
+    const std::vector<std::size_t> places = placesOfUnchanged(listing_.signatures, knownSignatures);
     std::vector<std::size_t> unread;
-    for (std::size_t i = 0; i < listing_.size(); ++i) {
-        const auto place = placeOfInode.find(listing_.signatures[i].inode);
-        const bool unchanged = place != placeOfInode.end() && !taken[place->second]
-                               && known.files[place->second].signature == listing_.signatures[i];
-        if (unchanged)
-            taken[places[i] = place->second] = true;
-        else
-            unread.push_back(i);
-    }
+    for (std::size_t i = 0; i < places.size(); ++i)
+        if (places[i] == notKnown) unread.push_back(i);
     std::vector<Examined> examined(unread.size());
     inParallel(unread.size(), 64, [&](std::size_t i) { examined[i] = examine(pathOf(unread[i])); });
     auto next = examined.begin();
     for (std::size_t i = 0; i < listing_.size(); ++i) {
-        if (places[i] == unknown) {
+        if (places[i] == notKnown) {
             index_.add(listing_.signatures[i], next->scanned, next->health);
             ++next;
         } else {

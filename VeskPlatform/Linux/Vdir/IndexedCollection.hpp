@@ -2,6 +2,7 @@
 
 #include "VeskPlatform/Linux/Vdir/CalendarFile.hpp"
 #include "VeskPlatform/Linux/Vdir/CollectionIndex.hpp"
+#include "VeskPlatform/Linux/Vdir/Folder.hpp"
 #include "VeskPlatform/Linux/Vdir/IndexDatabase.hpp"
 
 #include <string>
@@ -13,12 +14,6 @@ namespace vesk::vdir {
 struct Candidate {
     std::string fileName;
     std::vector<std::size_t> items;
-};
-
-/// The files of a collection's folder, and what the clock showed before they were listed.
-struct DatedListing {
-    Instant before{};
-    FolderListing files;
 };
 
 /// One collection at one moment: what its files are now, and through the index which of them a question concerns.

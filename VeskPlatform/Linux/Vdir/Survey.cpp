@@ -1,6 +1,5 @@
 #include "VeskPlatform/Linux/Vdir/Survey.hpp"
 
-#include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -28,10 +27,10 @@ void surveyCollection(const std::vector<std::string>& paths,
 } // namespace
 
 VdirSurvey surveyOf(const std::string& root, const std::string& extension,
-                    const std::function<FileHealth(const std::string& path)>& healthOf) {
+                    const std::function<FileHealth(const std::string& path)>& healthOf, RootIs rootIs) {
     VdirSurvey survey;
-    const auto collections = findCollections(
-        root, extension, [&](const std::string& path, int) { survey.unreadableFolders.push_back(path); });
+    const auto unreadable = [&](const std::string& path, int) { survey.unreadableFolders.push_back(path); };
+    const auto collections = findCollections(root, extension, unreadable, rootIs);
     for (const Collection& collection : collections) {
         ++survey.collections;
         try {

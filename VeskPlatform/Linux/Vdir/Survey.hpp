@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
 #include "VeskPlatform/Linux/Vdir/FileHealth.hpp"
 
 #include <cstddef>
@@ -26,7 +27,8 @@ namespace vdir {
 /// on several threads. Paths come in the order of their collections and names. Throws PosixError where the root cannot
 /// be listed.
 VdirSurvey surveyOf(const std::string& root, const std::string& extension,
-                    const std::function<FileHealth(const std::string& path)>& healthOf);
+                    const std::function<FileHealth(const std::string& path)>& healthOf,
+                    RootIs rootIs = RootIs::noCollection);
 
 } // namespace vdir
 } // namespace vesk

@@ -10,10 +10,8 @@
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
-#include <filesystem>
 #include <libical/ical.h>
 #include <map>
-#include <system_error>
 
 namespace vesk {
 namespace {
@@ -55,13 +53,6 @@ EventCalendar calendarOf(const Collection& collection) {
     return {collection.identifier, collection.title, collection.sourceTitle, collection.writable};
 }
 
-/// The index keys its rows by this, so that one folder has one row whatever the way to it.
-std::string absolutePath(const std::string& path) {
-    std::error_code failed;
-    const auto canonical = std::filesystem::canonical(path, failed);
-    return failed ? path : canonical.string();
-}
-
 } // namespace
 
 struct VdirEventStore::State {
@@ -86,7 +77,7 @@ struct VdirEventStore::State {
         auto& slot = indexes[collection.path];
         if (slot == nullptr) {
             try {
-                slot = std::make_unique<IndexedCollection>(absolutePath(collection.path), listingOf(collection),
+                slot = std::make_unique<IndexedCollection>(canonicalPath(collection.path), listingOf(collection),
                                                            database, zones);
             } catch (const PosixError& error) {
                 options.log("calendar-store folder unreadable errno=" + std::to_string(error.code()));
