@@ -4,6 +4,7 @@
 #include "VeskCapabilityBroker/RequestFiles.hpp"
 #include "VeskShellCore/CalendarOperations.hpp"
 #include "VeskShellCore/CapabilityStatuses.hpp"
+#include "VeskShellCore/ContactsOperations.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -99,12 +100,18 @@ public:
         co_return VeskTodoOperations::update(platform_, c.id, c.title, c.notes, c.due, c.clearDue, bundle_);
     }
 
+    // ---- Contacts
+
+    Task<AnyEncodable> operator()(command::ContactsSearch c) {
+        co_return co_await VeskContactsOperations::searchContacts(platform_, std::move(c.query), bundle_);
+    }
+    Task<AnyEncodable> operator()(command::ContactsSave c) {
+        auto request = readContactSaveRequest(platform_.fileReader(), c.requestPath);
+        co_return co_await VeskContactsOperations::saveContact(platform_, std::move(request), bundle_);
+    }
+
     // ---- Commands whose operations this build does not hold; what comes before the operation still happens
 
-    Task<AnyEncodable> operator()(command::ContactsSave c) {
-        readContactSaveRequest(platform_.fileReader(), c.requestPath);
-        return absent();
-    }
     Task<AnyEncodable> operator()(command::MediaCompose c) {
         readMediaComposeRequest(platform_.fileReader(), c.requestPath);
         return absent();
@@ -121,7 +128,6 @@ public:
     Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }
     Task<AnyEncodable> operator()(command::FocusedElement) { return absent(); }
     Task<AnyEncodable> operator()(command::ActivateApp) { return absent(); }
-    Task<AnyEncodable> operator()(command::ContactsSearch) { return absent(); }
     Task<AnyEncodable> operator()(command::Screenshot) { return absent(); }
     Task<AnyEncodable> operator()(command::Click) { return absent(); }
     Task<AnyEncodable> operator()(command::Type) { return absent(); }

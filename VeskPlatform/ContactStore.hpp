@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -60,8 +61,8 @@ class ContactStore {
 public:
     virtual ~ContactStore() = default;
 
-    /// Every contact once, in the store's order.
-    virtual std::vector<ContactCard> contacts() = 0;
+    /// Shows every contact once, in the store's order; each only for the time of the call.
+    virtual void forEachContact(const std::function<void(const ContactCard&)>& visit) = 0;
     /// Fails where no contact has that identifier.
     virtual ContactCard contact(const std::string& identifier) = 0;
     /// Stores a new contact in the default book; returns it as it now stands.

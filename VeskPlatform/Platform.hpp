@@ -8,6 +8,7 @@ namespace vesk {
 
 class Clock;
 class Consent;
+class ContactStore;
 class Environment;
 class EventStore;
 class FileReader;
@@ -31,6 +32,8 @@ public:
     virtual std::shared_ptr<EventStore> openEventStore() = 0;
     /// The same for to-dos.
     virtual std::shared_ptr<ReminderStore> openReminderStore() = 0;
+    /// The same for contacts.
+    virtual std::shared_ptr<ContactStore> openContactStore() = 0;
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     /// The queue "app.veskhq.shell-debug-log".

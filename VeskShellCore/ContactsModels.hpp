@@ -43,6 +43,67 @@ inline constexpr auto recordTable<CapabilityContactAddress> =
                  optional("countryCode", &CapabilityContactAddress::countryCode),
                  optional("formattedAddress", &CapabilityContactAddress::formattedAddress));
 
+struct CapabilityContactEntry {
+    std::string id;
+    /// The display name; never empty.
+    std::string name;
+    std::vector<CapabilityContactField> phones;
+    std::vector<CapabilityContactField> emails;
+    /// Absent where there is none.
+    std::optional<std::vector<CapabilityContactAddress>> addresses;
+    std::optional<std::string> organization;
+    std::optional<std::string> jobTitle;
+    std::optional<std::string> department;
+    /// Never filled: notes are neither read nor shown.
+    std::optional<std::string> note;
+
+    bool operator==(const CapabilityContactEntry&) const = default;
+};
+
+template <>
+inline constexpr auto recordTable<CapabilityContactEntry> = recordFields(
+    required("id", &CapabilityContactEntry::id), required("name", &CapabilityContactEntry::name),
+    required("phones", &CapabilityContactEntry::phones), required("emails", &CapabilityContactEntry::emails),
+    optional("addresses", &CapabilityContactEntry::addresses),
+    optional("organization", &CapabilityContactEntry::organization),
+    optional("jobTitle", &CapabilityContactEntry::jobTitle),
+    optional("department", &CapabilityContactEntry::department), optional("note", &CapabilityContactEntry::note));
+
+struct CapabilityContactsSearchResponse {
+    std::string brokerPath;
+    std::optional<std::string> bundlePath;
+    /// Trimmed.
+    std::string query;
+    std::vector<CapabilityContactEntry> contacts;
+    std::string detail;
+
+    bool operator==(const CapabilityContactsSearchResponse&) const = default;
+};
+
+template <>
+inline constexpr auto recordTable<CapabilityContactsSearchResponse> =
+    recordFields(required("brokerPath", &CapabilityContactsSearchResponse::brokerPath),
+                 optional("bundlePath", &CapabilityContactsSearchResponse::bundlePath),
+                 required("query", &CapabilityContactsSearchResponse::query),
+                 required("contacts", &CapabilityContactsSearchResponse::contacts),
+                 required("detail", &CapabilityContactsSearchResponse::detail));
+
+struct CapabilityContactSaveResponse {
+    std::string brokerPath;
+    std::optional<std::string> bundlePath;
+    CapabilityContactEntry contact;
+    std::string detail;
+
+    bool operator==(const CapabilityContactSaveResponse&) const = default;
+};
+
+template <>
+inline constexpr auto recordTable<CapabilityContactSaveResponse> =
+    recordFields(required("brokerPath", &CapabilityContactSaveResponse::brokerPath),
+                 optional("bundlePath", &CapabilityContactSaveResponse::bundlePath),
+                 required("contact", &CapabilityContactSaveResponse::contact),
+                 required("detail", &CapabilityContactSaveResponse::detail));
+
 /// A contact to create, or to extend where `targetId` names one.
 struct CapabilityContactSaveRequest {
     std::optional<std::string> targetId;

@@ -96,7 +96,7 @@ DoctorService serviceOf(CapabilityKind kind, Environment& environment, const std
     case CapabilityKind::accessibility: return accessibilityService(environment);
     case CapabilityKind::calendar: return storeService("Calendar folders", kind, stores);
     case CapabilityKind::reminders: return storeService("To-do folders", kind, stores);
-    case CapabilityKind::contacts: return {folderService("vCard folders", contactsFolder(environment)), {}};
+    case CapabilityKind::contacts: return storeService("vCard folders", kind, stores);
     case CapabilityKind::messages: return messagesService();
     case CapabilityKind::mail: return mailService(environment);
     case CapabilityKind::iCloud: return cloudService(environment);

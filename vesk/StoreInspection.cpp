@@ -2,6 +2,7 @@
 
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskPlatform/Linux/Vcard/VcardContactStore.hpp"
 #include "VeskPlatform/Linux/Vdir/VdirEventStore.hpp"
 #include "VeskPlatform/Linux/Vdir/VdirReminderStore.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -31,6 +32,7 @@ struct StoreRow {
 constexpr StoreRow storeRows[] = {
     {"calendars", CapabilityKind::calendar, calendarsFolder, surveyCalendars},
     {"to-dos", CapabilityKind::reminders, remindersFolder, VdirReminderStore::survey},
+    {"contacts", CapabilityKind::contacts, contactsFolder, VcardContactStore::survey},
 };
 
 std::vector<std::string> repaired(std::vector<std::string> paths) {

@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
+#include "VeskPlatform/Linux/ContactStoreOptions.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
@@ -71,6 +72,11 @@ Consent& LinuxPlatform::consent() {
                                    wiring_.describeCapability);
     }
     return *adapters_->consent;
+}
+
+std::shared_ptr<ContactStore> LinuxPlatform::openContactStore() {
+    return std::make_shared<VcardContactStore>(contactStoreOptions(environment(), localeSettings(), wiring_.log),
+                                               clock());
 }
 
 std::shared_ptr<EventStore> LinuxPlatform::openEventStore() {

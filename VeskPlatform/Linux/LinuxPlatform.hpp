@@ -30,6 +30,7 @@ public:
     Clock& clock() override;
     Consent& consent() override;
     Environment& environment() override;
+    std::shared_ptr<ContactStore> openContactStore() override;
     std::shared_ptr<EventStore> openEventStore() override;
     std::shared_ptr<ReminderStore> openReminderStore() override;
     FileReader& fileReader() override;

@@ -3,6 +3,7 @@
 #include "VeskPlatform/Platform.hpp"
 #include "tests/fakes/FakeBasics.hpp"
 #include "tests/fakes/FakeConsent.hpp"
+#include "tests/fakes/FakeContactStore.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
@@ -17,6 +18,7 @@ public:
                   .resourcesPath = "/Applications/Vesk.app/Contents/Resources"};
     FakeClock fakeClock;
     FakeConsent fakeConsent;
+    FakeContactStore fakeContactStore;
     FakeEnvironment fakeEnvironment;
     FakeEventStore fakeEventStore;
     FakeFileReader fakeFileReader;
@@ -34,6 +36,7 @@ public:
     std::shared_ptr<ReminderStore> openReminderStore() override {
         return {std::shared_ptr<void>(), &fakeReminderStore};
     }
+    std::shared_ptr<ContactStore> openContactStore() override { return {std::shared_ptr<void>(), &fakeContactStore}; }
     std::shared_ptr<EventStore> openEventStore() override { return {std::shared_ptr<void>(), &fakeEventStore}; }
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }

@@ -62,6 +62,8 @@ private:
         if (line.name == "TEL") return readPhone(line);
         if (line.name == "EMAIL") return readEmail(line);
         if (line.name == "ADR") return readAddress(line);
+        if (line.name == "KIND" || line.name == "X-ADDRESSBOOKSERVER-KIND")
+            result_.isGroup = result_.isGroup || isSameWord(trimmed(text(line)), "group");
         if (line.name == "UID" && !result_.uid) result_.uid = trimmedOrAbsent(text(line));
     }
 

@@ -11,6 +11,8 @@ namespace vesk::vcard {
 struct ReadCard {
     /// The first UID of the card, trimmed; none where it has none.
     std::optional<std::string> uid;
+    /// Whether the card is of a list of people and no contact (KIND, RFC 6350, section 6.1.4, and what phones write).
+    bool isGroup = false;
     /// Its identifier is left empty.
     ContactCard contact;
 };

@@ -70,11 +70,11 @@ struct WrittenLabel {
     std::string_view types;
 };
 
-constexpr std::array<WrittenLabel, 6> writtenLabels{{{contactLabel::iPhone, "IPHONE,CELL"},
-                                                     {contactLabel::mobile, "CELL"},
-                                                     {contactLabel::main, "MAIN"},
-                                                     {contactLabel::home, "HOME"},
-                                                     {contactLabel::work, "WORK"},
+constexpr std::array<WrittenLabel, 6> writtenLabels{{{contactLabel::iPhone, "iphone,cell"},
+                                                     {contactLabel::mobile, "cell"},
+                                                     {contactLabel::main, "main"},
+                                                     {contactLabel::home, "home"},
+                                                     {contactLabel::work, "work"},
                                                      {contactLabel::other, ""}}};
 
 /// A label as a card tells it: by types, or in words of its own.
@@ -172,7 +172,7 @@ std::string CardWriter::quotedPrintableLine(const std::string& head, const std::
 std::string CardWriter::typeParameter(std::string_view types) const {
     if (types.empty()) return {};
     if (version_ != CardVersion::v21) return ";TYPE=" + std::string(types);
-    return ";" + joined(split(types, ','), ";");
+    return ";" + upperCased(joined(split(types, ','), ";")); // as phones of that time write it
 }
 
 std::string CardWriter::phone(const LabeledValue& phone) {

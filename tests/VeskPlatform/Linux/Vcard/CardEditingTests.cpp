@@ -76,24 +76,24 @@ TEST(CardEditingTests, ValuesBehindThoseOfTheirKind) {
         contact.postalAddresses.push_back({contactLabel::home, {"s", "", "", "", "", ""}});
     };
     const EditCase cases[] = {
-        {"behind the last", "TEL:1\nX:1\nTEL:2\n 3\nX:2\n", addPhone, "TEL:1\nX:1\nTEL:2\n 3\nTEL;TYPE=HOME:9\nX:2\n"},
-        {"before the end", "X:1\n", addPhone, "X:1\nTEL;TYPE=HOME:9\n"},
+        {"behind the last", "TEL:1\nX:1\nTEL:2\n 3\nX:2\n", addPhone, "TEL:1\nX:1\nTEL:2\n 3\nTEL;TYPE=home:9\nX:2\n"},
+        {"before the end", "X:1\n", addPhone, "X:1\nTEL;TYPE=home:9\n"},
         {"all kinds", "item3.TEL:1\nitem3.X-ABLabel:x\nITEM9.URL:y\n", addAll,
-         "item3.TEL:1\nTEL;TYPE=HOME:9\nitem10.TEL:8\nitem10.X-ABLabel:Own\nitem3.X-ABLabel:x\nITEM9.URL:y\n"
-         "EMAIL;TYPE=WORK:e\nADR;TYPE=HOME:;;s;;;;\n"},
+         "item3.TEL:1\nTEL;TYPE=home:9\nitem10.TEL:8\nitem10.X-ABLabel:Own\nitem3.X-ABLabel:x\nITEM9.URL:y\n"
+         "EMAIL;TYPE=work:e\nADR;TYPE=home:;;s;;;;\n"},
         {"blank ones are left out", "X:1\n",
          [](ContactCard& contact) {
              contact.phoneNumbers.push_back({"a", " "});
          },
          "X:1\n"},
         {"behind the number of an agent", "AGENT:\nBEGIN:VCARD\nTEL:1\nEND:VCARD\n", addPhone,
-         "AGENT:\nBEGIN:VCARD\nTEL:1\nEND:VCARD\nTEL;TYPE=HOME:9\n"},
+         "AGENT:\nBEGIN:VCARD\nTEL:1\nEND:VCARD\nTEL;TYPE=home:9\n"},
         {"behind a soft line break with nothing behind it", "TEL;QUOTED-PRINTABLE:1=\n", addPhone,
-         "TEL;QUOTED-PRINTABLE:1=\n\nTEL;TYPE=HOME:9\n"},
+         "TEL;QUOTED-PRINTABLE:1=\n\nTEL;TYPE=home:9\n"},
         {"behind one that ends in a bare CR", "TEL;QUOTED-PRINTABLE:1=\r", addPhone,
-         "TEL;QUOTED-PRINTABLE:1=\r\n\nTEL;TYPE=HOME:9\n"},
+         "TEL;QUOTED-PRINTABLE:1=\r\n\nTEL;TYPE=home:9\n"},
         {"behind another property like that", "NOTE;QUOTED-PRINTABLE:1=\n", addPhone,
-         "NOTE;QUOTED-PRINTABLE:1=\n\nTEL;TYPE=HOME:9\n"},
+         "NOTE;QUOTED-PRINTABLE:1=\n\nTEL;TYPE=home:9\n"},
     };
     for (const EditCase& c : cases) check(c);
 }
@@ -102,7 +102,7 @@ TEST(CardEditingTests, RevisionWhereThereIsOne) {
     const EditCase cases[] = {
         {"set", "REV;VALUE=date:2020-01-01\nX:1\n", setTitle, "REV:20260426T000000Z\nX:1\nTITLE:Head\n"},
         {"not without a change", "REV:2020-01-01\n", [](ContactCard&) {}, "REV:2020-01-01\n"},
-        {"beside another edit", "TEL:1\nREV:2020-01-01\n", addPhone, "TEL:1\nTEL;TYPE=HOME:9\nREV:20260426T000000Z\n"},
+        {"beside another edit", "TEL:1\nREV:2020-01-01\n", addPhone, "TEL:1\nTEL;TYPE=home:9\nREV:20260426T000000Z\n"},
     };
     for (const EditCase& c : cases) check(c);
 }
@@ -113,7 +113,7 @@ TEST(CardEditingTests, AllElseStaysByteForByte) {
         " AAA=\r\nno colon\r\nNOTE:x\\n\r\nend:vcard\r\n";
     EXPECT_EQ(edited(odd, [](ContactCard&) {}), odd);
     std::string expected = odd;
-    expected.insert(expected.find("end:vcard"), "TEL;TYPE=HOME:9\r\n");
+    expected.insert(expected.find("end:vcard"), "TEL;TYPE=home:9\r\n");
     EXPECT_EQ(edited(odd, addPhone), expected);
     EXPECT_EQ(edited("no card", addPhone), "no card");
 }
@@ -121,12 +121,12 @@ TEST(CardEditingTests, AllElseStaysByteForByte) {
 TEST(CardEditingTests, LineEndsAreTheCardsOwn) {
     for (const std::string lineEnd : {"\n", "\r\n", "\r"}) {
         const std::string begin = "BEGIN:VCARD" + lineEnd + "FN:x" + lineEnd, end = "END:VCARD" + lineEnd;
-        EXPECT_EQ(edited(begin + end, addPhone), begin + "TEL;TYPE=HOME:9" + lineEnd + end);
+        EXPECT_EQ(edited(begin + end, addPhone), begin + "TEL;TYPE=home:9" + lineEnd + end);
     }
     EXPECT_EQ(edited("BEGIN:VCARD\rTEL:1\n\n x\rEND:VCARD\r", addPhone),
-              "BEGIN:VCARD\rTEL:1\nTEL;TYPE=HOME:9\r\n\n x\rEND:VCARD\r")
+              "BEGIN:VCARD\rTEL:1\nTEL;TYPE=home:9\r\n\n x\rEND:VCARD\r")
         << "an empty line stays one";
-    EXPECT_EQ(edited("BEGIN:VCARD\nEND:VCARD", addPhone), "BEGIN:VCARD\nTEL;TYPE=HOME:9\nEND:VCARD");
+    EXPECT_EQ(edited("BEGIN:VCARD\nEND:VCARD", addPhone), "BEGIN:VCARD\nTEL;TYPE=home:9\nEND:VCARD");
 }
 
 /// Texts that a card's syntax could be hurt by.
@@ -221,8 +221,8 @@ TEST(CardEditingTests, NewCardIsWrittenInFull) {
     EXPECT_EQ(
         newCardText(contact, "u-1", now),
         "BEGIN:VCARD\r\nVERSION:3.0\r\nPRODID:-//Vesk//VeskShellCore//EN\r\nUID:u-1\r\nN:Schmidt;Anna Maria;;;\r\n"
-        "FN:Anna Maria Schmidt\r\nORG:Acme\\, Inc.;Sales\r\nTITLE:Head\r\nTEL;TYPE=CELL:+49 1\r\nitem1.TEL:2\r\n"
-        "item1.X-ABLabel:Ferienhaus\r\nEMAIL;TYPE=WORK:a@example.org\r\nitem2.ADR;TYPE=HOME:;;Weg "
+        "FN:Anna Maria Schmidt\r\nORG:Acme\\, Inc.;Sales\r\nTITLE:Head\r\nTEL;TYPE=cell:+49 1\r\nitem1.TEL:2\r\n"
+        "item1.X-ABLabel:Ferienhaus\r\nEMAIL;TYPE=work:a@example.org\r\nitem2.ADR;TYPE=home:;;Weg "
         "1;Ulm;;89073;Germany\r\n"
         "item2.X-ABADR:de\r\nREV:20260426T000000Z\r\nEND:VCARD\r\n");
 }

@@ -7,7 +7,7 @@ namespace {
 
 ReadCard readLines(const std::string& lines) {
     const std::optional<ReadCard> read = readCard("BEGIN:VCARD\r\n" + lines + "END:VCARD\r\n");
-    return read.value_or(ReadCard{"no card", {}});
+    return read.value_or(ReadCard{.uid = "no card", .isGroup = false, .contact = {}});
 }
 
 struct NameCase {

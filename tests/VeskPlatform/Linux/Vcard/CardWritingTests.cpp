@@ -11,11 +11,11 @@ struct PhoneCase {
 
 TEST(CardWritingTests, LabelsInTheWordsOfTheVersion) {
     const PhoneCase cases[] = {
-        {contactLabel::mobile, "TEL;CELL:1\n", "TEL;TYPE=CELL:1\n", "TEL;TYPE=CELL:1\n"},
-        {contactLabel::iPhone, "TEL;IPHONE;CELL:1\n", "TEL;TYPE=IPHONE,CELL:1\n", "TEL;TYPE=IPHONE,CELL:1\n"},
-        {contactLabel::main, "TEL;MAIN:1\n", "TEL;TYPE=MAIN:1\n", "TEL;TYPE=MAIN:1\n"},
-        {contactLabel::home, "TEL;HOME:1\n", "TEL;TYPE=HOME:1\n", "TEL;TYPE=HOME:1\n"},
-        {contactLabel::work, "TEL;WORK:1\n", "TEL;TYPE=WORK:1\n", "TEL;TYPE=WORK:1\n"},
+        {contactLabel::mobile, "TEL;CELL:1\n", "TEL;TYPE=cell:1\n", "TEL;TYPE=cell:1\n"},
+        {contactLabel::iPhone, "TEL;IPHONE;CELL:1\n", "TEL;TYPE=iphone,cell:1\n", "TEL;TYPE=iphone,cell:1\n"},
+        {contactLabel::main, "TEL;MAIN:1\n", "TEL;TYPE=main:1\n", "TEL;TYPE=main:1\n"},
+        {contactLabel::home, "TEL;HOME:1\n", "TEL;TYPE=home:1\n", "TEL;TYPE=home:1\n"},
+        {contactLabel::work, "TEL;WORK:1\n", "TEL;TYPE=work:1\n", "TEL;TYPE=work:1\n"},
         {contactLabel::other, "TEL:1\n", "TEL:1\n", "TEL:1\n"},
         {"", "TEL:1\n", "TEL:1\n", "TEL:1\n"},
         {"a,b", "item4.TEL:1\nitem4.X-ABLabel:a,b\n", "item4.TEL:1\nitem4.X-ABLabel:a\\,b\n",
@@ -39,8 +39,8 @@ TEST(CardWritingTests, GroupsAreCountedOn) {
 TEST(CardWritingTests, Addresses) {
     const LabeledPostalAddress address{contactLabel::home, {"S;1\n2", "C", "T", "P", "L", "de"}};
     EXPECT_EQ(CardWriter(CardVersion::v30, "\n", 1).address(address),
-              "item1.ADR;TYPE=HOME:;;S\\;1\\n2;C;T;P;L\nitem1.X-ABADR:de\n");
-    EXPECT_EQ(CardWriter(CardVersion::v40, "\n", 1).address(address), "ADR;TYPE=HOME;CC=de:;;S\\;1\\n2;C;T;P;L\n");
+              "item1.ADR;TYPE=home:;;S\\;1\\n2;C;T;P;L\nitem1.X-ABADR:de\n");
+    EXPECT_EQ(CardWriter(CardVersion::v40, "\n", 1).address(address), "ADR;TYPE=home;CC=de:;;S\\;1\\n2;C;T;P;L\n");
     EXPECT_EQ(CardWriter(CardVersion::v21, "\n", 1).address(address),
               "item1.ADR;HOME;ENCODING=QUOTED-PRINTABLE:;;S=3B1=0D=0A2;C;T;P;L\nitem1.X-ABADR:de\n");
     EXPECT_EQ(CardWriter(CardVersion::v40, "\n", 1).address({"x", {"", "C", "", "", "", "d:\"^"}}),
