@@ -14,13 +14,14 @@ import tempfile
 from pathlib import Path
 
 import calendars
+import contacts
 import micro
 import start
 import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
-SUBJECTS = {"start": start, "calendars": calendars, "todos": todos}
+SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts}
 
 
 def parsed_arguments():

@@ -4,7 +4,8 @@
 set -euo pipefail
 
 programs=$(cd -- "$1" && pwd)
-samples=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/samples" && pwd)
+demo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+samples=$demo/samples
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/vesk-demo.XXXXXX")
 finish() {
@@ -22,8 +23,8 @@ chmod 700 "$work/run"
 vesk_env=(env -i PATH=/usr/bin:/bin LANG=C.UTF-8 TZ="${VESK_DEMO_TZ:-Europe/Berlin}" HOME="$work/home"
     XDG_CONFIG_HOME="$work/config" XDG_DATA_HOME="$work/data" XDG_STATE_HOME="$work/state"
     XDG_CACHE_HOME="$work/cache" XDG_RUNTIME_DIR="$work/run" VESK_CALENDARS_DIR="$work/calendars"
-    VESK_REMINDERS_DIR="$work/reminders" VESK_STATE_DIR="$work/state/vesk" VESK_CACHE_DIR="$work/cache/vesk"
-    VESK_APP_SUPPORT_DIR="$work/home/support" VESK_USER_ADDRESSES=dana@example.com)
+    VESK_REMINDERS_DIR="$work/reminders" VESK_CONTACTS_DIR="$work/contacts" VESK_STATE_DIR="$work/state/vesk"
+    VESK_CACHE_DIR="$work/cache/vesk" VESK_APP_SUPPORT_DIR="$work/home/support" VESK_USER_ADDRESSES=dana@example.com)
 
 # The samples hold @DAY+N@ for the date N days from today, as YYYYMMDD.
 today=$("${vesk_env[@]}" date +%Y-%m-%d)
@@ -68,7 +69,7 @@ show_change() {
 }
 
 section "Consent: nothing is read before the user has said yes"
-show vesk consent grant calendar reminders --yes
+show vesk consent grant calendar reminders contacts --yes
 show VeskCapabilityBroker status
 
 section "Calendars: three collections that other programs keep"
@@ -86,3 +87,9 @@ show VeskCapabilityBroker todo-list
 show_change reminders/vesk-todos/order-boxes-subtask.ics \
     VeskCapabilityBroker todo-complete --id 7702941536028841077
 show VeskCapabilityBroker todo-stats
+
+section "Contacts: cards as phones export them"
+show VeskCapabilityBroker contacts-search --query muller
+show VeskCapabilityBroker contacts-search --query garcon
+show_change contacts/friends/anna-phone.vcf \
+    VeskCapabilityBroker contacts-save --request "$demo/contact.json"
