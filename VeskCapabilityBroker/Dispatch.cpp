@@ -4,6 +4,8 @@
 #include "VeskCapabilityBroker/RequestFiles.hpp"
 #include "VeskShellCore/CalendarOperations.hpp"
 #include "VeskShellCore/CapabilityStatuses.hpp"
+#include "VeskShellCore/MailOperations.hpp"
+#include "VeskShellCore/MessagesOperations.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -99,6 +101,26 @@ public:
         co_return VeskTodoOperations::update(platform_, c.id, c.title, c.notes, c.due, c.clearDue, bundle_);
     }
 
+    // ---- Messages and mail, behind their gates
+
+    Task<AnyEncodable> operator()(command::MessagesList c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::messages);
+        co_return VeskMessagesOperations::listRecentChats(platform_, c.limit, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::MessagesSend c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::messages);
+        co_return VeskMessagesOperations::sendMessage(platform_, c.phone, c.message, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::MailList c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::mail);
+        co_return VeskMailOperations::listMessages(platform_, c.view, c.limit, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::MailCheckFollowup c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::mail);
+        co_return VeskMailOperations::checkFollowup(platform_, c.sourceId, c.messageId, c.sender, c.subject, c.sinceAt,
+                                                    c.limit, bundle_);
+    }
+
     // ---- Commands whose operations this build does not hold; what comes before the operation still happens
 
     Task<AnyEncodable> operator()(command::ContactsSave c) {
@@ -113,10 +135,6 @@ public:
         readPDFRenderRequest(platform_.fileReader(), c.requestPath);
         return absent();
     }
-    Task<AnyEncodable> operator()(command::MessagesList) { return absentBehindGate(CapabilityKind::messages); }
-    Task<AnyEncodable> operator()(command::MessagesSend) { return absentBehindGate(CapabilityKind::messages); }
-    Task<AnyEncodable> operator()(command::MailList) { return absentBehindGate(CapabilityKind::mail); }
-    Task<AnyEncodable> operator()(command::MailCheckFollowup) { return absentBehindGate(CapabilityKind::mail); }
 
     Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }
     Task<AnyEncodable> operator()(command::FocusedElement) { return absent(); }
@@ -129,11 +147,6 @@ public:
 
 private:
     [[noreturn]] Task<AnyEncodable> absent() { throw notPartOfThisBuild(word_); }
-
-    Task<AnyEncodable> absentBehindGate(CapabilityKind kind) {
-        co_await ensureCapabilityGranted(platform_, kind);
-        throw notPartOfThisBuild(word_);
-    }
 
     Platform& platform_;
     const Bundle& bundle_;
