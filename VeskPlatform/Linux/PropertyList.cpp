@@ -6,6 +6,7 @@
 #include <memory>
 #include <plist/plist.h>
 #include <string>
+#include <utility>
 
 namespace vesk {
 
@@ -36,12 +37,12 @@ JsonValue::Object convertedDictionary(plist_t node, int depth) {
     JsonValue::Object object;
     plist_dict_iter cursor = nullptr;
     plist_dict_new_iter(node, &cursor);
-    const std::unique_ptr<void, FreeMemory> owned(cursor);
+    const std::unique_ptr<void, FreeMemory> ownedCursor(cursor);
     for (;;) {
         char* key = nullptr;
         plist_t value = nullptr;
         plist_dict_next_item(node, cursor, &key, &value);
-        const OwnedText ownedKey(key);
+        const OwnedText owned(key);
         if (value == nullptr) return object;
         if (key != nullptr) object.insert_or_assign(key, converted(value, depth));
     }
@@ -68,10 +69,9 @@ JsonValue converted(plist_t node, int depth) {
         return {value};
     }
     case PLIST_STRING: {
-        char* text = nullptr;
-        plist_get_string_val(node, &text);
-        const OwnedText owned(text);
-        return {std::string(text == nullptr ? "" : text)};
+        std::uint64_t length = 0;
+        const char* text = plist_get_string_ptr(node, &length);
+        return {text == nullptr ? std::string() : std::string(text, length)};
     }
     case PLIST_ARRAY: return {convertedArray(node, depth + 1)};
     case PLIST_DICT: return {convertedDictionary(node, depth + 1)};
@@ -79,16 +79,31 @@ JsonValue converted(plist_t node, int depth) {
     }
 }
 
+OwnedPlist parsed(std::string_view bytes) {
+    plist_t root = nullptr;
+    plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
+    return OwnedPlist(root);
+}
+
+/// The binary form can hold keys with a NUL, and the library ends the program when it is asked for one. Written as XML
+/// and read again, they are whole or gone.
+OwnedPlist withHarmlessKeys(OwnedPlist root) {
+    char* xml = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(root.get(), &xml, &length);
+    const OwnedText owned(xml);
+    return xml == nullptr ? OwnedPlist() : parsed({xml, length});
+}
+
 } // namespace
 
 std::optional<JsonValue> parsePropertyList(std::string_view bytes) {
     if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
-    plist_t root = nullptr;
-    plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
-    const OwnedPlist owned(root);
+    OwnedPlist root = parsed(bytes);
+    if (root != nullptr && bytes.starts_with("bplist")) root = withHarmlessKeys(std::move(root));
     if (root == nullptr) return std::nullopt;
     try {
-        return converted(root, 0);
+        return converted(root.get(), 0);
     } catch (const TooDeep&) {
         return std::nullopt;
     }

@@ -39,6 +39,18 @@ TEST(PropertyListTests, TheBinaryFormIsRead) {
     EXPECT_EQ(parsePropertyList(bytes), (JsonValue{JsonValue::Object{{"k", {list}}}}));
 }
 
+TEST(PropertyListTests, ABinaryKeyWithANulDoesNotEndTheProgram) {
+    // {"a\0b": true, "ok": "x\0y"}
+    const std::string bytes("\142\160\154\151\163\164\060\060\322\001\002\003\004\123\141\000\142\122\157\153\011\123"
+                            "\170\000\171\010\015\021\024\025\000\000\000\000\000\000\001\001\000\000\000\000\000\000"
+                            "\000\005\000\000\000\000\000\000\000\000\000\000\000\000\000\000\000\031",
+                            62);
+    const auto list = parsePropertyList(bytes);
+    if (!list) return; // none at all is right too
+    for (const auto& [key, value] : std::get<JsonValue::Object>(list->value))
+        EXPECT_EQ(key.find('\0'), std::string::npos) << key;
+}
+
 TEST(PropertyListTests, OtherBytesAreNone) {
     for (const std::string& bytes : {std::string(), std::string("plain text"), std::string("bplist00"),
                                      std::string(64, '\0'), xml("<dict><key>a</key>"), std::string("<plist>")})
