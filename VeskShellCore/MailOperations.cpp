@@ -10,6 +10,7 @@
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
+#include <string_view>
 
 namespace vesk::VeskMailOperations {
 namespace {
@@ -30,8 +31,16 @@ ScriptDescriptor runAppleScript(Platform& platform, const MailScript& script) {
     return std::get<ScriptDescriptor>(std::move(outcome));
 }
 
-std::vector<CapabilityMailMessage> messagesOf(Platform& platform, const MailScript& script) {
-    return parseMessageRows(asStringList(runAppleScript(platform, script)));
+std::vector<std::string> runMailListScript(Platform& platform, CapabilityMailView view, std::int64_t limit) {
+    return asStringList(runAppleScript(platform, mailListScript(view, limit)));
+}
+
+std::vector<std::string> runMailInboxSinceScript(Platform& platform, const std::optional<Instant>& sinceAt,
+                                                 std::int64_t limit, std::string_view subjectFilter,
+                                                 std::string_view senderFilter) {
+    const LocalCalendar calendar(platform.localeSettings().timeZone());
+    return asStringList(
+        runAppleScript(platform, mailFollowupScript(sinceAt, limit, subjectFilter, senderFilter, calendar)));
 }
 
 std::optional<Instant> parseISODate(const std::optional<std::string>& text) {
@@ -58,7 +67,7 @@ CapabilityMailListResponse listMessages(Platform& platform, CapabilityMailView v
     auto response = responseOf<CapabilityMailListResponse>(bundle);
     response.view = view;
     response.limit = std::clamp<std::int64_t>(limit, 1, mostListed);
-    response.messages = messagesOf(platform, mailListScript(view, response.limit));
+    response.messages = parseMessageRows(runMailListScript(platform, view, response.limit));
     response.detail =
         response.messages.empty() ? "No Apple Mail messages matched that view." : "Listed Apple Mail messages.";
     return response;
@@ -78,11 +87,9 @@ CapabilityMailFollowupCheckResponse checkFollowup(Platform& platform, const std:
     response.subject = cleanedOrAbsent(subject);
     response.limit = std::clamp<std::int64_t>(limit, 1, mostCandidates);
 
-    const MailScript script =
-        mailFollowupScript(parseISODate(sinceAt), response.limit, normalizeSubject(subject), normalizeAddress(sender),
-                           LocalCalendar(platform.localeSettings().timeZone()));
-    response.matchedMessages =
-        matchFollowupMessages(messagesOf(platform, script), sourceId, messageId, sender, subject);
+    const auto candidates = parseMessageRows(runMailInboxSinceScript(
+        platform, parseISODate(sinceAt), response.limit, normalizeSubject(subject), normalizeAddress(sender)));
+    response.matchedMessages = matchFollowupMessages(candidates, sourceId, messageId, sender, subject);
     response.replyFound = !response.matchedMessages.empty();
     if (response.matchedMessages.size() > mostMatches) response.matchedMessages.resize(mostMatches);
     response.detail = response.replyFound ? "Found a matching Apple Mail reply after the follow-up checkpoint."
