@@ -3,6 +3,8 @@
 #include "VeskPlatform/Consent.hpp"
 #include "VeskPlatform/SettingsOpener.hpp"
 #include "VeskShellCore/CapabilityStatuses.hpp"
+#include "VeskShellCore/MailCapabilitySupport.hpp"
+#include "VeskShellCore/MessagesCapabilitySupport.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>
@@ -45,9 +47,11 @@ Task<std::optional<CapabilityStatus>> sendRequest(Platform& platform, Capability
         co_await requestReminderAccess(platform);
         break;
     case CapabilityKind::contacts: co_await requestOnce(platform, PrivacyService::contacts); break;
-    case CapabilityKind::fullDiskAccess:
     case CapabilityKind::messages:
+        co_return co_await VeskMessagesCapabilitySupport::requestStatus(platform, platform.mainBundle());
     case CapabilityKind::mail:
+        co_return co_await VeskMailCapabilitySupport::requestStatus(platform, platform.mainBundle());
+    case CapabilityKind::fullDiskAccess:
     case CapabilityKind::iCloud: break;
     }
     co_return std::nullopt;

@@ -5,6 +5,8 @@
 #include "VeskShellCore/CalendarOperations.hpp"
 #include "VeskShellCore/CapabilityStatuses.hpp"
 #include "VeskShellCore/ContactsOperations.hpp"
+#include "VeskShellCore/MailOperations.hpp"
+#include "VeskShellCore/MessagesOperations.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -110,6 +112,26 @@ public:
         co_return co_await VeskContactsOperations::saveContact(platform_, std::move(request), bundle_);
     }
 
+    // ---- Messages and mail, behind their gates
+
+    Task<AnyEncodable> operator()(command::MessagesList c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::messages);
+        co_return VeskMessagesOperations::listRecentChats(platform_, c.limit, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::MessagesSend c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::messages);
+        co_return VeskMessagesOperations::sendMessage(platform_, c.phone, c.message, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::MailList c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::mail);
+        co_return VeskMailOperations::listMessages(platform_, c.view, c.limit, bundle_);
+    }
+    Task<AnyEncodable> operator()(command::MailCheckFollowup c) {
+        co_await ensureCapabilityGranted(platform_, CapabilityKind::mail);
+        co_return VeskMailOperations::checkFollowup(platform_, c.sourceId, c.messageId, c.sender, c.subject, c.sinceAt,
+                                                    c.limit, bundle_);
+    }
+
     // ---- Commands whose operations this build does not hold; what comes before the operation still happens
 
     Task<AnyEncodable> operator()(command::MediaCompose c) {
@@ -120,10 +142,6 @@ public:
         readPDFRenderRequest(platform_.fileReader(), c.requestPath);
         return absent();
     }
-    Task<AnyEncodable> operator()(command::MessagesList) { return absentBehindGate(CapabilityKind::messages); }
-    Task<AnyEncodable> operator()(command::MessagesSend) { return absentBehindGate(CapabilityKind::messages); }
-    Task<AnyEncodable> operator()(command::MailList) { return absentBehindGate(CapabilityKind::mail); }
-    Task<AnyEncodable> operator()(command::MailCheckFollowup) { return absentBehindGate(CapabilityKind::mail); }
 
     Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }
     Task<AnyEncodable> operator()(command::FocusedElement) { return absent(); }
@@ -135,11 +153,6 @@ public:
 
 private:
     [[noreturn]] Task<AnyEncodable> absent() { throw notPartOfThisBuild(word_); }
-
-    Task<AnyEncodable> absentBehindGate(CapabilityKind kind) {
-        co_await ensureCapabilityGranted(platform_, kind);
-        throw notPartOfThisBuild(word_);
-    }
 
     Platform& platform_;
     const Bundle& bundle_;

@@ -6,17 +6,23 @@
 
 namespace vesk {
 
+class ApplicationAutomation;
+class BundleInformation;
 class Clock;
+class CloudAccount;
 class Consent;
 class ContactStore;
 class Environment;
 class EventStore;
 class FileReader;
 class LocaleSettings;
+class MailScriptRunner;
+class MessagesScriptRunner;
 class PrivateFiles;
 class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
+class Sleeper;
 
 /// The set of ports. An accessor builds its adapter on first use and keeps it, so a run touches only what it needs.
 /// Accessors are called on the main executor; each port's header says what its own verbs allow.
@@ -25,7 +31,10 @@ public:
     virtual ~Platform() = default;
 
     virtual const Bundle& mainBundle() = 0;
+    virtual ApplicationAutomation& applicationAutomation() = 0;
+    virtual BundleInformation& bundleInformation() = 0;
     virtual Clock& clock() = 0;
+    virtual CloudAccount& cloudAccount() = 0;
     virtual Consent& consent() = 0;
     virtual Environment& environment() = 0;
     /// A store of its own for one operation; it shows the calendars as they are from now on.
@@ -36,10 +45,13 @@ public:
     virtual std::shared_ptr<ContactStore> openContactStore() = 0;
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
+    virtual MailScriptRunner& mailScriptRunner() = 0;
+    virtual MessagesScriptRunner& messagesScriptRunner() = 0;
     /// The queue "app.veskhq.shell-debug-log".
     virtual SerialQueue& logQueue() = 0;
     virtual PrivateFiles& privateFiles() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
+    virtual Sleeper& sleeper() = 0;
 };
 
 } // namespace vesk

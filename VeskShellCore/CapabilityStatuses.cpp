@@ -2,6 +2,9 @@
 
 #include "VeskPlatform/Consent.hpp"
 #include "VeskShellCore/BrokerPaths.hpp"
+#include "VeskShellCore/ICloudCapabilitySupport.hpp"
+#include "VeskShellCore/MailCapabilitySupport.hpp"
+#include "VeskShellCore/MessagesCapabilitySupport.hpp"
 
 #include <algorithm>
 #include <array>
@@ -126,9 +129,23 @@ std::optional<CapabilityStatus> serviceStatus(Platform& platform) {
     return statusFor(kind, answers, platform.consent().authorizationStatus(service));
 }
 
+std::optional<CapabilityStatus> messagesStatus(Platform& platform) {
+    return VeskMessagesCapabilitySupport::status(platform, platform.mainBundle());
+}
+
+std::optional<CapabilityStatus> mailStatus(Platform& platform) {
+    return VeskMailCapabilitySupport::status(platform, platform.mainBundle());
+}
+
+std::optional<CapabilityStatus> iCloudStatus(Platform& platform) {
+    return VeskICloudCapabilitySupport::configuredStatus(platform, platform.mainBundle());
+}
+
 /// In the order of asking. Sources that ask an application (Messages, then Mail) or look at the disk go first; the
 /// list that comes out is put into the order of the kinds, iCloud last.
 constexpr StatusSource statusSources[] = {
+    messagesStatus,
+    mailStatus,
     screenRecordingStatus,
     systemAudioStatus,
     serviceStatus<CapabilityKind::microphone, PrivacyService::microphone, microphoneAnswers>,
@@ -136,6 +153,7 @@ constexpr StatusSource statusSources[] = {
     serviceStatus<CapabilityKind::calendar, PrivacyService::events, calendarAnswers>,
     serviceStatus<CapabilityKind::reminders, PrivacyService::reminders, remindersAnswers>,
     serviceStatus<CapabilityKind::contacts, PrivacyService::contacts, contactsAnswers>,
+    iCloudStatus,
 };
 
 void replaceOrAppend(std::vector<CapabilityStatus>& statuses, CapabilityStatus status) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
+#include <unicode/brkiter.h>
 #include <unicode/coll.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -18,6 +20,8 @@ bool isWhiteSpace(UChar32 c) {
     if (c < 0x80) return c == ' ' || (c >= 0x09 && c <= 0x0D);
     return c == 0x85 || (c >= 0 && (U_GET_GC_MASK(c) & U_GC_Z_MASK) != 0);
 }
+
+bool isLineEnd(UChar32 c) { return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029; }
 
 bool isAlphanumeric(UChar32 c) { return c >= 0 && (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0; }
 
@@ -148,6 +152,33 @@ std::vector<std::string> split(std::string_view text, char separator) {
         if (end == std::string_view::npos) return pieces;
         start = end + 1;
     }
+}
+
+std::vector<std::string_view> lines(std::string_view text) {
+    std::vector<std::string_view> pieces;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t end = i;
+        if (!isLineEnd(nextCodePoint(text, i))) continue;
+        if (end > start) pieces.push_back(text.substr(start, end - start));
+        start = i;
+    }
+    if (start < text.size()) pieces.push_back(text.substr(start));
+    return pieces;
+}
+
+std::size_t characterCount(std::string_view text) {
+    // Only a carriage return before a line feed makes two ASCII characters one.
+    if (isAscii(text) && text.find('\r') == std::string_view::npos) return text.size();
+    const icu::UnicodeString characters = icu::UnicodeString::fromUTF8(piece(text));
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> boundaries(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    if (U_FAILURE(status)) return static_cast<std::size_t>(characters.countChar32());
+    boundaries->setText(characters);
+    std::size_t count = 0;
+    while (boundaries->next() != icu::BreakIterator::DONE) ++count;
+    return count;
 }
 
 CaseInsensitiveCollator::CaseInsensitiveCollator(const std::string& localeIdentifier) : collator_(nullptr) {

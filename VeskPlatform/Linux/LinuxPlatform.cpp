@@ -2,16 +2,21 @@
 
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/ContactStoreOptions.hpp"
+#include "VeskPlatform/Linux/ConsentAutomation.hpp"
+#include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
 #include "VeskPlatform/Linux/ThreadSerialQueue.hpp"
+#include "VeskPlatform/Linux/TimerSleeper.hpp"
+#include "VeskPlatform/Linux/UnscriptedApplications.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskPlatform/Linux/UserPrompt.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -40,8 +45,14 @@ struct LinuxPlatform::Adapters {
     std::optional<PosixFileReader> fileReader;
     std::optional<PosixPrivateFiles> privateFiles;
     std::optional<CompanionSettingsOpener> settingsOpener;
+    std::optional<PropertyListBundleInformation> bundleInformation;
+    std::optional<DriveCloudAccount> cloudAccount;
+    std::optional<TimerSleeper> sleeper;
+    std::optional<UnscriptedMail> mail;
+    std::optional<UnscriptedMessages> messages;
     std::optional<UserPrompt> prompt;
     std::optional<SqliteConsent> consent;
+    std::optional<ConsentAutomation> automation;
     std::optional<ThreadSerialQueue> logQueue;
 };
 
@@ -65,7 +76,19 @@ PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFil
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
 
-Consent& LinuxPlatform::consent() {
+BundleInformation& LinuxPlatform::bundleInformation() { return built(adapters_->bundleInformation, fileReader()); }
+CloudAccount& LinuxPlatform::cloudAccount() { return built(adapters_->cloudAccount, environment()); }
+MailScriptRunner& LinuxPlatform::mailScriptRunner() { return built(adapters_->mail); }
+MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return built(adapters_->messages); }
+Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
+
+ApplicationAutomation& LinuxPlatform::applicationAutomation() {
+    return built(adapters_->automation, sqliteConsent(), AutomationTargets{});
+}
+
+Consent& LinuxPlatform::consent() { return sqliteConsent(); }
+
+SqliteConsent& LinuxPlatform::sqliteConsent() {
     if (!adapters_->consent) {
         UserPrompt& prompt = built(adapters_->prompt, DesktopDialog(environment()));
         adapters_->consent.emplace(ConsentDatabase(stateFolder(environment())), prompt, clock(),

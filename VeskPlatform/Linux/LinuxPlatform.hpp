@@ -9,6 +9,8 @@
 
 namespace vesk {
 
+class SqliteConsent;
+
 /// What the adapters are told by the program that makes them.
 struct LinuxWiring {
     /// Title and short summary of a capability, by its identifier; what a prompt shows.
@@ -27,7 +29,10 @@ public:
     void setLog(std::function<void(const std::string& message)> log);
 
     const Bundle& mainBundle() override;
+    ApplicationAutomation& applicationAutomation() override;
+    BundleInformation& bundleInformation() override;
     Clock& clock() override;
+    CloudAccount& cloudAccount() override;
     Consent& consent() override;
     Environment& environment() override;
     std::shared_ptr<ContactStore> openContactStore() override;
@@ -35,12 +40,16 @@ public:
     std::shared_ptr<ReminderStore> openReminderStore() override;
     FileReader& fileReader() override;
     LocaleSettings& localeSettings() override;
+    MailScriptRunner& mailScriptRunner() override;
+    MessagesScriptRunner& messagesScriptRunner() override;
     SerialQueue& logQueue() override;
     PrivateFiles& privateFiles() override;
     SettingsOpener& settingsOpener() override;
+    Sleeper& sleeper() override;
 
 private:
     struct Adapters;
+    SqliteConsent& sqliteConsent();
 
     LinuxWiring wiring_;
     std::unique_ptr<Adapters> adapters_;

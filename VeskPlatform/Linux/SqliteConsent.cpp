@@ -54,11 +54,11 @@ AuthorizationStatus SqliteConsent::authorizationStatus(PrivacyService service) {
 bool SqliteConsent::preflightScreenCapture() { return statusOf(screenRow) == granted; }
 bool SqliteConsent::isProcessTrusted() { return statusOf(trustRow) == granted; }
 
-Task<AccessAnswer> SqliteConsent::requestAccess(PrivacyService service) { return request(rowOf(service)); }
-Task<void> SqliteConsent::requestScreenCapture() { co_await request(screenRow); }
-Task<void> SqliteConsent::promptForProcessTrust() { co_await request(trustRow); }
+Task<AccessAnswer> SqliteConsent::requestAccess(PrivacyService service) { return requestRow(rowOf(service)); }
+Task<void> SqliteConsent::requestScreenCapture() { co_await requestRow(screenRow); }
+Task<void> SqliteConsent::promptForProcessTrust() { co_await requestRow(trustRow); }
 
-Task<AccessAnswer> SqliteConsent::request(std::string row) {
+Task<AccessAnswer> SqliteConsent::requestRow(std::string row) {
     const AuthorizationStatus status = statusOf(row);
     if (status != notDetermined) co_return AccessAnswer{status == granted, std::nullopt};
     if (!thread_) thread_ = std::make_unique<asio::thread_pool>(1);

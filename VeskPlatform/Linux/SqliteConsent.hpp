@@ -30,8 +30,9 @@ public:
     SqliteConsent(ConsentDatabase database, ConsentPrompt& prompt, Clock& clock, DescribeCapability describe);
     ~SqliteConsent() override;
 
-    /// The same probe by row, for the services that have no verb of their own.
+    /// The same probe and request by row, for the services that have no verb of their own.
     AuthorizationStatus statusOf(const std::string& row);
+    Task<AccessAnswer> requestRow(std::string row);
 
     AuthorizationStatus authorizationStatus(PrivacyService service) override;
     bool preflightScreenCapture() override;
@@ -41,7 +42,6 @@ public:
     Task<void> promptForProcessTrust() override;
 
 private:
-    Task<AccessAnswer> request(std::string row);
     /// Asks and stores; on the thread.
     Task<AccessAnswer> askAndStore(std::string row);
 

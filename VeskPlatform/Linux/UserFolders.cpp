@@ -9,6 +9,7 @@ namespace vesk {
 namespace {
 
 struct Place {
+    /// Null where only the base decides.
     const char* variable;
     const char* baseVariable;
     const char* baseUnderHome;
@@ -16,7 +17,7 @@ struct Place {
 };
 
 std::string folder(Environment& environment, const Place& place) {
-    const auto own = environment.value(place.variable);
+    const auto own = place.variable != nullptr ? environment.value(place.variable) : std::nullopt;
     if (own && !own->empty()) return *own;
     const auto base = environment.value(place.baseVariable);
     if (base && base->starts_with('/')) return *base + place.name;
@@ -44,6 +45,10 @@ std::string stateFolder(Environment& environment) {
 
 std::string cacheFolder(Environment& environment) {
     return folder(environment, {"VESK_CACHE_DIR", "XDG_CACHE_HOME", "/.cache", "/vesk"});
+}
+
+std::string containersFolder(Environment& environment) {
+    return folder(environment, {nullptr, "XDG_DATA_HOME", "/.local/share", "/vesk/containers"});
 }
 
 std::string mailFolder(Environment& environment) {

@@ -14,6 +14,8 @@ std::string remindersFolder(Environment& environment);
 std::string contactsFolder(Environment& environment);
 std::string stateFolder(Environment& environment);
 std::string cacheFolder(Environment& environment);
+/// The containers of the cloud account; no variable of its own names it.
+std::string containersFolder(Environment& environment);
 
 /// The root of the mail accounts: the folder that VESK_MAIL_DIR names, else the first of `~/Maildir`, `~/Mail` and
 /// `~/.mail` that exists; empty where there is none.

@@ -103,13 +103,39 @@ TEST(CapabilityStatuses, ListIsInTheOrderOfTheKinds) {
     std::vector<std::string_view> ids;
     for (const auto& status : statuses) ids.push_back(status.id());
     EXPECT_EQ(ids, (std::vector<std::string_view>{"screen_recording", "system_audio", "microphone", "accessibility",
-                                                  "calendar", "reminders", "contacts"}));
+                                                  "calendar", "reminders", "contacts", "messages", "mail"}));
 }
 
-TEST(CapabilityStatuses, ProbingPromptsNobody) {
+TEST(CapabilityStatuses, ProbingPromptsNobodyAndStartsNothing) {
     test::FakePlatform platform;
+    platform.fakeAutomation.installed = {"com.apple.mail", "com.apple.MobileSMS"};
+    platform.fakeAutomation.results = {{"com.apple.mail", -1744}, {"com.apple.MobileSMS", -600}};
     test::runTask(currentStatuses(platform));
     EXPECT_TRUE(platform.fakeConsent.requests.empty());
+    EXPECT_TRUE(platform.fakeAutomation.calls.empty());
+    EXPECT_TRUE(platform.fakeMail.scripts.empty());
+    EXPECT_TRUE(platform.fakeMessages.scripts.empty());
+}
+
+TEST(CapabilityStatuses, MessagesAndMailAreThoseOfTheirApplications) {
+    test::FakePlatform platform;
+    platform.fakeAutomation.installed = {"com.apple.mail"};
+    platform.fakeAutomation.results = {{"com.apple.mail", 0}};
+    const auto statuses = test::runTask(currentStatuses(platform));
+    ASSERT_EQ(statuses.size(), 9U);
+    EXPECT_EQ(statuses[7].kind, CapabilityKind::messages);
+    EXPECT_EQ(statuses[7].detail, "Messages is not installed on this Mac.");
+    EXPECT_EQ(statuses[8].kind, CapabilityKind::mail);
+    EXPECT_EQ(statuses[8].state, granted);
+}
+
+TEST(CapabilityStatuses, TheCloudIsTheLastEntryWhereTheBuildHasOne) {
+    test::FakePlatform platform;
+    platform.fakeBundleInformation.dictionaries[platform.bundle.path] = {{"VeskICloudEnabled", {true}}};
+    const auto statuses = test::runTask(currentStatuses(platform));
+    ASSERT_EQ(statuses.size(), 10U);
+    EXPECT_EQ(statuses.back().kind, CapabilityKind::iCloud);
+    EXPECT_EQ(statuses.back().state, notDetermined);
 }
 
 CapabilityStatus made(CapabilityKind kind) {

@@ -70,6 +70,30 @@ TEST(Splitting, CountsEmptyPieces) {
     EXPECT_EQ(joined({}, ", "), "");
 }
 
+TEST(Lines, EndAtEveryKindOfLineEndAndAreNeverEmpty) {
+    using Lines = std::vector<std::string_view>;
+    EXPECT_EQ(lines("a\nb\r\nc\rd\ve\ff\u0085g\u2028h\u2029i"), (Lines{"a", "b", "c", "d", "e", "f", "g", "h", "i"}));
+    EXPECT_EQ(lines("\n\n a \n\n"), (Lines{" a "}));
+    EXPECT_EQ(lines("a b\tc\x1f\u00a0"), (Lines{"a b\tc\x1f\u00a0"})) << "other white space divides nothing";
+    EXPECT_EQ(lines("\xe2\x80\nb"), (Lines{"\xe2\x80", "b"})) << "broken text";
+    EXPECT_TRUE(lines("").empty());
+}
+
+TEST(CharacterCount, CountsWhatPeopleSee) {
+    const std::pair<std::string_view, std::size_t> cases[] = {
+        {"", 0},
+        {"hello", 5},
+        {"a\r\nb", 3},
+        {"a\n\rb", 4},
+        {"\u00e9", 1},
+        {"e\u0301", 1},
+        {"\U0001F1E9\U0001F1EA", 1},                          // a flag
+        {"\U0001F468\u200D\U0001F469\u200D\U0001F467 ok", 4}, // a family
+        {"a\xff", 2},
+    };
+    for (const auto& [text, count] : cases) EXPECT_EQ(characterCount(text), count) << text;
+}
+
 TEST(Collation, IgnoresCaseAndFollowsTheLocale) {
     const CaseInsensitiveCollator english("en_US"), swedish("sv_SE"), unknown("xx_YY@nonsense");
     EXPECT_EQ(english.compare("WORK", "work"), 0);

@@ -86,6 +86,16 @@ TEST_F(BrokerMain, StatusPrintsTheWholeReport) {
       "detail" : "Contacts access is available to the native broker.",
       "kind" : "contacts",
       "state" : "granted"
+    },
+    {
+      "detail" : "Messages is not installed on this Mac.",
+      "kind" : "messages",
+      "state" : "unavailable"
+    },
+    {
+      "detail" : "Mail.app is not installed on this Mac.",
+      "kind" : "mail",
+      "state" : "unavailable"
     }
   ]
 }
@@ -234,18 +244,31 @@ TEST_F(BrokerMain, RequestFilesAreReadBeforeTheirOperation) {
 }
 
 TEST_F(BrokerMain, MailAndMessagesPassTheGateFirst) {
+    platform.fakeAutomation.installed = {"com.apple.mail", "com.apple.MobileSMS"};
+    platform.fakeAutomation.results = {{"com.apple.mail", -1743}, {"com.apple.MobileSMS", -1743}};
+    platform.fakeBundleInformation.granted[platform.bundle.path] = {
+        {"com.apple.security.automation.apple-events", {true}}};
+    const std::string refused = " access is not granted after Vesk requested it (state=denied). ";
+    const std::string mail = "Mail" + refused
+                             + "Mail Automation access is not granted for Vesk.app. Enable Vesk under System Settings "
+                               "> Privacy & Security > Automation > Mail.";
+    const std::string messages = "Messages" + refused
+                                 + "Messages access is not granted for Vesk. Enable Vesk under System Settings > "
+                                   "Privacy & Security > Automation > Messages.";
     const std::pair<std::vector<std::string>, std::string> cases[] = {
-        {{"mail-list"}, "Mail"},
-        {{"mail-check-followup", "--subject", "s"}, "Mail"},
-        {{"messages-list"}, "Messages"},
-        {{"messages-send", "--phone", "1", "--message", "m"}, "Messages"},
+        {{"mail-list"}, mail},
+        {{"mail-check-followup", "--subject", "s"}, mail},
+        {{"messages-list"}, messages},
+        {{"messages-send", "--phone", "1", "--message", "m"}, messages},
     };
-    for (const auto& [arguments, title] : cases) {
+    for (const auto& [arguments, message] : cases) {
         SCOPED_TRACE(arguments[0]);
         errorOutput.writes.clear();
         EXPECT_EQ(run(arguments), 1);
-        expectFailure(brokerError(74, title + " access request did not return a capability status."));
+        expectFailure(brokerError(75, message));
     }
+    EXPECT_TRUE(platform.fakeMail.scripts.empty());
+    EXPECT_TRUE(platform.fakeMessages.scripts.empty());
 }
 
 TEST_F(BrokerMain, FailedWriteOfTheDocumentEndsOnTheFailurePath) {

@@ -1,5 +1,7 @@
 // The built program: arguments in; standard output, standard error, status and files out.
 
+#include "VeskPlatform/Linux/PosixFileReader.hpp"
+#include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "tests/support/ProgramRun.hpp"
 
 #include <filesystem>
@@ -55,6 +57,32 @@ TEST_F(BrokerProgram, StatusIsADocumentAndOneLineBreak) {
     EXPECT_THAT(result.output, testing::EndsWith("\n}\n")) << result;
     EXPECT_THAT(result.output, testing::Not(HasSubstr("bundlePath"))) << result;
     EXPECT_THAT(result.output, testing::Not(HasSubstr("icloud"))) << result;
+}
+
+TEST_F(BrokerProgram, CarriesTheRightToScript) {
+    PosixFileReader files;
+    EXPECT_EQ(PropertyListBundleInformation(files).entitlements(broker),
+              (JsonValue::Object{{"com.apple.security.automation.apple-events", {true}}}));
+}
+
+TEST_F(BrokerProgram, AnApplicationTellsOfItsCloud) {
+    const auto contents = folder / "Vesk.app/Contents";
+    std::filesystem::create_directories(contents / "Helpers");
+    std::filesystem::copy_file(broker, contents / "Helpers/VeskCapabilityBroker");
+    std::ofstream(contents / "Info.plist") << R"(<plist version="1.0"><dict><key>VeskICloudEnabled</key><true/>
+        </dict></plist>)";
+    ProgramRun application(contents / "Helpers/VeskCapabilityBroker");
+    EXPECT_THAT(application.run({"status"}).output, HasSubstr("Sign in to iCloud Drive on this Mac"));
+    application.environment["VESK_CLOUD_DRIVE"] = folder.string();
+    EXPECT_THAT(application.run({"status"}).output, HasSubstr("Vesk can use iCloud on this Mac."));
+    application.environment["VESK_CLOUD_DRIVE"] = (folder / "none").string();
+    std::ofstream(contents / "Info.plist") << R"(<plist version="1.0"><dict><key>VeskICloudServices</key>
+        <array><string>CloudDocuments</string></array></dict></plist>)";
+    EXPECT_THAT(application.run({"status"}).output, HasSubstr("missing part of its iCloud setup"));
+    std::ofstream(contents / "entitlements.plist") << R"(<plist version="1.0"><dict>
+        <key>com.apple.developer.icloud-services</key><array><string>CloudDocuments</string></array></dict></plist>)";
+    EXPECT_THAT(application.run({"status"}).output, HasSubstr("missing part of its iCloud setup"))
+        << "the executable has rights of its own, and they come first";
 }
 
 TEST_F(BrokerProgram, StatusLeavesNothingBehind) {

@@ -154,15 +154,48 @@ TEST(CapabilityGate, UsesTheTitleThatPeopleRead) {
 }
 
 TEST(CapabilityGate, AReportWithoutTheCapabilityFails) {
-    for (const auto& [kind, message] :
-         {std::pair{CapabilityKind::iCloud, "iCloud access request did not return a capability status."},
-          std::pair{CapabilityKind::mail, "Mail access request did not return a capability status."}}) {
+    FakePlatform platform;
+    const auto fault = gate(platform, CapabilityKind::iCloud);
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(fault->code, 74);
+    EXPECT_EQ(fault->message, "iCloud access request did not return a capability status.");
+}
+
+const std::pair<CapabilityKind, std::string> scriptedKinds[] = {{CapabilityKind::mail, "com.apple.mail"},
+                                                                {CapabilityKind::messages, "com.apple.MobileSMS"}};
+
+TEST(CapabilityRequests, TheReportShowsWhatTheRequestOfAnApplicationLearned) {
+    for (const auto& [kind, identifier] : scriptedKinds) {
+        SCOPED_TRACE(identifier);
         FakePlatform platform;
-        const auto fault = gate(platform, kind);
-        ASSERT_TRUE(fault);
-        EXPECT_EQ(fault->code, 74);
-        EXPECT_EQ(fault->message, message);
+        platform.fakeAutomation.installed = {identifier};
+        platform.fakeAutomation.results = {{identifier, -1744}};
+        platform.fakeAutomation.resultAfterAnswer = -1743;
+        const auto report = runTask(requestCapability(platform, kind));
+        EXPECT_EQ(stateIn(report, kind), CapabilityAuthorizationState::denied);
+        EXPECT_EQ(report.capabilities.size(), 9U);
+        EXPECT_EQ(platform.fakeAutomation.calls, Requests{"ask " + identifier});
     }
+}
+
+TEST(CapabilityRequests, TheRequestOfMailOverridesThePassiveProbe) {
+    FakePlatform platform;
+    platform.fakeAutomation.installed = {"com.apple.mail"};
+    platform.fakeAutomation.results = {{"com.apple.mail", 0}};
+    platform.fakeMail.outcome = MailScriptFailed{"AppleEvent timed out."};
+    const auto report = runTask(requestCapability(platform, CapabilityKind::mail));
+    EXPECT_EQ(stateIn(report, CapabilityKind::mail), CapabilityAuthorizationState::notDetermined);
+    EXPECT_EQ(stateIn(runTask(capabilityReport(platform)), CapabilityKind::mail),
+              CapabilityAuthorizationState::granted);
+}
+
+TEST(CapabilityGate, AnApplicationThatIsNotInstalledIsRefused) {
+    FakePlatform platform;
+    const auto fault = gate(platform, CapabilityKind::mail);
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(fault->code, 75);
+    EXPECT_EQ(fault->message, "Mail access is not granted after Vesk requested it (state=unavailable). Mail.app is not "
+                              "installed on this Mac.");
 }
 
 TEST(OpenSystemSettings, LaunchesTheOpenerWithThePane) {

@@ -107,5 +107,46 @@ TEST_F(DispatchTests, DateAndCalendarNameArguments) {
                 HasSubstr("Calendar \"Play\" was not found. Available calendars: Home, Work"));
 }
 
+/// Mail and Messages are there and may be scripted.
+class ScriptedDispatchTests : public DispatchTests {
+protected:
+    ScriptedDispatchTests() {
+        platform.fakeAutomation.installed = {"com.apple.mail", "com.apple.MobileSMS"};
+        platform.fakeAutomation.results = {{"com.apple.mail", 0}, {"com.apple.MobileSMS", 0}};
+    }
+    MailQuestion asked() const { return platform.fakeMail.scripts.back().question; }
+};
+
+TEST_F(ScriptedDispatchTests, MailArguments) {
+    EXPECT_THAT(answer({"mail-list", "--view", "flagged", "--limit", "7"}), HasSubstr("\"limit\" : 7"));
+    EXPECT_EQ(asked(), MailQuestion(MailListQuestion{MailView::flagged, 7}));
+    const std::string checked = answer({"mail-check-followup", "--source-id", "S", "--message-id", "M", "--sender", "A",
+                                        "--subject", "B", "--since", "2026-04-26T08:00:00Z", "--limit", "9"});
+    for (const char* field : {"\"sourceId\" : \"S\"", "\"messageId\" : \"M\"", "\"sender\" : \"A\"",
+                              "\"subject\" : \"B\"", "\"checkedSinceAt\" : \"2026-04-26T08:00:00Z\"", "\"limit\" : 9"})
+        EXPECT_THAT(checked, HasSubstr(field));
+    EXPECT_EQ(asked(), MailQuestion(MailFollowupQuestion{.cutoff = platform.fakeClock.time - std::chrono::minutes(30),
+                                                         .subjectFilter = "b",
+                                                         .senderFilter = "a",
+                                                         .limit = 9}));
+}
+
+TEST_F(ScriptedDispatchTests, MessagesArguments) {
+    platform.fakeMessages.chats = {"c1", "c2", "c3"};
+    const std::string listed = answer({"messages-list", "--limit", "2"});
+    EXPECT_THAT(listed, HasSubstr("\"c2\""));
+    EXPECT_THAT(listed, Not(HasSubstr("\"c3\"")));
+    EXPECT_THAT(answer({"messages-send", "--phone", "+49 1", "--message", "M"}), HasSubstr("\"phone\" : \"+491\""));
+    EXPECT_EQ(platform.fakeMessages.sent, (std::vector<MessagesSendQuestion>{{"+491", "M"}}));
+}
+
+TEST_F(ScriptedDispatchTests, TheGateOfMailProbesFirst) {
+    platform.fakeMail.outcome = MailScriptFailed{"AppleEvent timed out."};
+    EXPECT_THAT(answer({"mail-list"}), HasSubstr("Mail access is not granted after Vesk requested it "
+                                                 "(state=not_determined). "));
+    ASSERT_EQ(platform.fakeMail.scripts.size(), 1U) << "the list is never asked for";
+    EXPECT_EQ(asked(), MailQuestion(MailProbeQuestion{}));
+}
+
 } // namespace
 } // namespace vesk

@@ -5,6 +5,7 @@
 #include "VeskPlatform/LocaleSettings.hpp"
 #include "VeskPlatform/SerialQueue.hpp"
 #include "VeskPlatform/SettingsOpener.hpp"
+#include "VeskPlatform/Sleeper.hpp"
 
 #include <deque>
 #include <map>
@@ -65,6 +66,16 @@ public:
         return launches;
     }
     void openUrl(const std::string& url) override { opened.push_back(url); }
+};
+
+/// Sleeps no time at all, and remembers how long it would have been.
+class FakeSleeper : public Sleeper {
+public:
+    std::vector<std::chrono::milliseconds> slept;
+    Task<void> sleep(std::chrono::milliseconds duration) override {
+        slept.push_back(duration);
+        co_return;
+    }
 };
 
 } // namespace vesk::test

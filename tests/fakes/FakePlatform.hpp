@@ -1,11 +1,15 @@
 #pragma once
 
 #include "VeskPlatform/Platform.hpp"
+#include "tests/fakes/FakeAutomation.hpp"
 #include "tests/fakes/FakeBasics.hpp"
+#include "tests/fakes/FakeBundleInformation.hpp"
 #include "tests/fakes/FakeConsent.hpp"
 #include "tests/fakes/FakeContactStore.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
+#include "tests/fakes/FakeMail.hpp"
+#include "tests/fakes/FakeMessages.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
 
 namespace vesk::test {
@@ -16,7 +20,10 @@ public:
     Bundle bundle{.path = "/Applications/Vesk.app",
                   .executablePath = "/Applications/Vesk.app/Contents/Helpers/VeskCapabilityBroker",
                   .resourcesPath = "/Applications/Vesk.app/Contents/Resources"};
+    FakeAutomation fakeAutomation;
+    FakeBundleInformation fakeBundleInformation;
     FakeClock fakeClock;
+    FakeCloudAccount fakeCloudAccount;
     FakeConsent fakeConsent;
     FakeContactStore fakeContactStore;
     FakeEnvironment fakeEnvironment;
@@ -24,12 +31,18 @@ public:
     FakeFileReader fakeFileReader;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
+    FakeMail fakeMail;
+    FakeMessages fakeMessages;
     FakePrivateFiles fakePrivateFiles;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
+    FakeSleeper fakeSleeper;
 
     const Bundle& mainBundle() override { return bundle; }
+    ApplicationAutomation& applicationAutomation() override { return fakeAutomation; }
+    BundleInformation& bundleInformation() override { return fakeBundleInformation; }
     Clock& clock() override { return fakeClock; }
+    CloudAccount& cloudAccount() override { return fakeCloudAccount; }
     Consent& consent() override { return fakeConsent; }
     Environment& environment() override { return fakeEnvironment; }
     /// Every store that is opened is the one fake, which the test keeps.
@@ -40,9 +53,12 @@ public:
     std::shared_ptr<EventStore> openEventStore() override { return {std::shared_ptr<void>(), &fakeEventStore}; }
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
+    MailScriptRunner& mailScriptRunner() override { return fakeMail; }
+    MessagesScriptRunner& messagesScriptRunner() override { return fakeMessages; }
     SerialQueue& logQueue() override { return fakeLogQueue; }
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
+    Sleeper& sleeper() override { return fakeSleeper; }
 };
 
 } // namespace vesk::test

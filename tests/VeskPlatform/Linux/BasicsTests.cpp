@@ -84,6 +84,7 @@ TEST(UserFoldersTests, OwnVariableThenBaseFolderThenHome) {
     EXPECT_EQ(calendarsFolder(environment), "/home/dana/.local/share/vesk/calendars");
     EXPECT_EQ(remindersFolder(environment), "/home/dana/.local/share/vesk/reminders");
     EXPECT_EQ(contactsFolder(environment), "/home/dana/.local/share/vesk/contacts");
+    EXPECT_EQ(containersFolder(environment), "/home/dana/.local/share/vesk/containers");
     environment.variables = {{"XDG_STATE_HOME", "/s"}, {"XDG_CACHE_HOME", "relative"}, {"XDG_DATA_HOME", ""}};
     EXPECT_EQ(stateFolder(environment), "/s/vesk");
     EXPECT_EQ(cacheFolder(environment), "/home/dana/.cache/vesk") << "a relative base folder is ignored";
