@@ -23,10 +23,11 @@ chmod 700 "$work/run"
 vesk_env=(env -i PATH=/usr/bin:/bin LANG=C.UTF-8 TZ="${VESK_DEMO_TZ:-Europe/Berlin}" HOME="$work/home"
     XDG_CONFIG_HOME="$work/config" XDG_DATA_HOME="$work/data" XDG_STATE_HOME="$work/state"
     XDG_CACHE_HOME="$work/cache" XDG_RUNTIME_DIR="$work/run" VESK_CALENDARS_DIR="$work/calendars"
-    VESK_REMINDERS_DIR="$work/reminders" VESK_CONTACTS_DIR="$work/contacts" VESK_STATE_DIR="$work/state/vesk"
-    VESK_CACHE_DIR="$work/cache/vesk" VESK_APP_SUPPORT_DIR="$work/home/support" VESK_USER_ADDRESSES=dana@example.com)
+    VESK_REMINDERS_DIR="$work/reminders" VESK_CONTACTS_DIR="$work/contacts" VESK_MAIL_DIR="$work/mail"
+    VESK_STATE_DIR="$work/state/vesk" VESK_CACHE_DIR="$work/cache/vesk" VESK_APP_SUPPORT_DIR="$work/home/support"
+    VESK_USER_ADDRESSES=dana@example.com)
 
-# The samples hold @DAY+N@ for the date N days from today, as YYYYMMDD.
+# The samples hold @DAY+N@ for the date N days from today, as YYYYMMDD, and @MAIL+N@ for it as mail writes it.
 today=$("${vesk_env[@]}" date +%Y-%m-%d)
 place() {
     local text offset
@@ -35,14 +36,19 @@ place() {
         offset=${BASH_REMATCH[1]}
         text=${text//"@DAY$offset@"/$(date -u -d "$today $offset days" +%Y%m%d)}
     done
-    # Calendars end their lines with CR LF.
-    sed 's/$/\r/' <<<"$text" >"$2"
+    while [[ $text =~ @MAIL([+-][0-9]+)@ ]]; do
+        offset=${BASH_REMATCH[1]}
+        text=${text//"@MAIL$offset@"/$(LC_ALL=C date -u -R -d "$today 08:30 $offset days")}
+    done
+    # Calendars and cards end their lines with CR LF, stored mail with LF.
+    if [[ $1 == "$samples"/mail/* ]]; then cat <<<"$text" >"$2"; else sed 's/$/\r/' <<<"$text" >"$2"; fi
 }
 while IFS= read -r -d '' sample; do
     target=$work/${sample#"$samples"/}
     mkdir -p -- "${target%/*}"
     if [[ $sample == */displayname ]]; then cp -- "$sample" "$target"; else place "$sample" "$target"; fi
 done < <(find "$samples" -type f -print0)
+mkdir -p "$work"/mail/personal/{,.Archive/}{cur,new,tmp}
 
 section() {
     printf '\n\n=== %s\n' "$1"
@@ -69,7 +75,7 @@ show_change() {
 }
 
 section "Consent: nothing is read before the user has said yes"
-show vesk consent grant calendar reminders contacts --yes
+show vesk consent grant calendar reminders contacts mail --yes
 show VeskCapabilityBroker status
 
 section "Calendars: three collections that other programs keep"
@@ -93,3 +99,9 @@ show VeskCapabilityBroker contacts-search --query muller
 show VeskCapabilityBroker contacts-search --query garcon
 show_change contacts/friends/anna-phone.vcf \
     VeskCapabilityBroker contacts-save --request "$demo/contact.json"
+
+section "Mail: a Maildir account"
+show VeskCapabilityBroker mail-list --view unread
+show VeskCapabilityBroker mail-list --view flagged --limit 5
+show VeskCapabilityBroker mail-check-followup --subject "Quarterly report" --message-id report-1@example.com \
+    --since "$(date -u -d "$today 4 days ago" +%Y-%m-%dT00:00:00Z)"
