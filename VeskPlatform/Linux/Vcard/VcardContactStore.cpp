@@ -218,17 +218,27 @@ struct VcardContactStore::State {
     ContactCard add(const ContactCard& contact) {
         const std::string uid = randomUuid(), fileName = uid + extension;
         const std::string text = newCardText(contact, uid, clock.now());
+        std::optional<std::string> folder = firstWritableBook();
+        if (!folder && makeBook(fileName, text))
+            return remembered(text, uid, {pathOfNewBook() + "/" + fileName, uid, 0});
+        if (!folder) folder = firstWritableBook(); // another program was faster
+        if (!folder) throw PosixError(EACCES, pathOfNewBook());
+        createFileDurably(*folder, fileName, text);
+        return remembered(text, uid, {*folder + "/" + fileName, uid, 0});
+    }
+
+    std::optional<std::string> firstWritableBook() {
         const std::vector<Collection> all = books();
         const auto book = std::ranges::find(all, true, &Collection::writable);
-        std::string folder = options.root + "/" + newBook;
-        if (book == all.end()) {
-            makeRoot();
-            if (!createFolderDurably(options.root, newBook, fileName, text)) throw PosixError(EACCES, folder);
-        } else {
-            folder = book->path;
-            createFileDurably(folder, fileName, text);
-        }
-        return remembered(text, uid, {folder + "/" + fileName, uid, 0});
+        return book == all.end() ? std::nullopt : std::optional(book->path);
+    }
+
+    std::string pathOfNewBook() const { return options.root + "/" + newBook; }
+
+    /// A book with this one card in it; false where there is something of its name.
+    bool makeBook(const std::string& fileName, const std::string& text) const {
+        makeRoot();
+        return createFolderDurably(options.root, newBook, fileName, text);
     }
 
     void makeRoot() const {

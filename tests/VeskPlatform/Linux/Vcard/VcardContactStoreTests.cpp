@@ -194,6 +194,23 @@ TEST_F(VcardContactStoreTests, WithoutABookOneIsMade) {
     EXPECT_THAT(identifiers(), ElementsAre(identifier));
 }
 
+TEST_F(VcardContactStoreTests, WritersThatMakeTheFirstBookTogetherShareIt) {
+    constexpr int rounds = 10, writers = 8;
+    for (int round = 0; round < rounds; ++round) {
+        fs::remove_all(root());
+        std::vector<std::thread> threads;
+        for (int i = 0; i < writers; ++i)
+            threads.emplace_back([this] {
+                FakeClock own;
+                VcardContactStore opened({root(), "", "DE", [](const std::string&) {}}, own);
+                EXPECT_NO_THROW(opened.add({}));
+            });
+        for (std::thread& thread : threads) thread.join();
+        EXPECT_EQ(entries("default").size(), std::size_t{writers});
+        EXPECT_EQ(identifiers().size(), std::size_t{writers});
+    }
+}
+
 TEST_F(VcardContactStoreTests, ABookThatRefusesFailsAndLeavesNothing) {
     write("default/a.vcf", named("a", "Anna"));
     const WithoutPrivileges reduced;
