@@ -131,6 +131,18 @@ TEST_F(VcardContactStoreTests, NamesThatAreNotUtf8AreRepairedInIdentifiers) {
     EXPECT_THAT(read("home/\xff.vcf"), HasSubstr("TITLE:Cook"));
 }
 
+TEST_F(VcardContactStoreTests, NamesThatAreRepairedAlikeDoNotMeanTheSameContact) {
+    write("home/\xfe.vcf", card("FN:Anna\n") + card("FN:Bert\n"));
+    write("home/\xff.vcf", card("FN:Cher\n") + card("FN:Dana\n"));
+    EXPECT_THAT(identifiers(),
+                ElementsAre("home/\ufffd.vcf", "home/\ufffd.vcf#2", "home/\ufffd.vcf (2)", "home/\ufffd.vcf#2 (2)"));
+    ContactCard dana = store().contact("home/\ufffd.vcf#2 (2)");
+    dana.jobTitle = "Cook";
+    store().update(dana);
+    EXPECT_EQ(read("home/\xfe.vcf"), card("FN:Anna\n") + card("FN:Bert\n"));
+    EXPECT_EQ(read("home/\xff.vcf"), card("FN:Cher\n") + card("FN:Dana\nTITLE:Cook\n"));
+}
+
 // ---- The index
 
 TEST_F(VcardContactStoreTests, AWarmIndexShowsWhatTheFilesHold) {
