@@ -126,8 +126,8 @@ std::optional<CardInFile> cardAt(const Place& place, const ContactCard& base) {
     for (std::size_t i = 0; i < scanned.cards.size(); ++i) {
         found.range = scanned.cards[i];
         auto card = readCard(found.text());
-        const bool isIt =
-            card && (place.uid ? card->uid == place.uid : i == place.ordinal && isSamePerson(card->contact, base));
+        if (!card || card->isGroup) continue;
+        const bool isIt = place.uid ? card->uid == place.uid : i == place.ordinal && isSamePerson(card->contact, base);
         if (!isIt) continue;
         found.contact = std::move(card->contact);
         return found;

@@ -238,6 +238,15 @@ TEST_F(VcardContactStoreTests, ABookThatRefusesFailsAndLeavesNothing) {
 
 // ---- Changed contacts
 
+TEST_F(VcardContactStoreTests, AListOfPeopleIsNotChangedForItsMember) {
+    const std::string list = card("UID:same\nFN:Friends\nKIND:group\n");
+    write("home/a.vcf", list + named("same", "Anna"));
+    ContactCard anna = store().contact("same");
+    anna.jobTitle = "Cook";
+    EXPECT_EQ(store().update(anna).givenName, "Anna");
+    EXPECT_THAT(read("home/a.vcf"), testing::StartsWith(list));
+}
+
 const std::string rich = "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:rich\r\nN:Schmidt;Anna;;;\r\nFN:Anna Schmidt\r\n"
                          "item1.TEL;type=pref:1\r\nitem1.X-ABLabel:Boat\r\nPHOTO;ENCODING=b;TYPE=JPEG:/9j/4AAQSkZJ\r\n"
                          " RgABAQAAAQABAAD\r\nX-CUSTOM;P=\"a,b\":kept\r\nNOTE:secret\r\nEND:VCARD\r\n";
