@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Vcard/VcardContactStore.hpp"
 
+#include "VeskPlatform/Linux/Vcard/IndexedBook.hpp"
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "tests/fakes/FakeBasics.hpp"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
@@ -122,6 +124,12 @@ TEST_F(VcardContactStoreTests, BadFilesAreCountedAndPassedOver) {
     EXPECT_THAT(logged, ElementsAre("contact-store files passed-over kind=damaged count=2"));
 }
 
+TEST_F(VcardContactStoreTests, AFileOfTooManyBytesIsDamaged) {
+    fs::resize_file(write("home/a.vcf", named("a", "Anna")), vcard::maximumCardFileSize + 1);
+    EXPECT_TRUE(identifiers().empty());
+    EXPECT_THAT(logged, ElementsAre("contact-store files passed-over kind=damaged count=1"));
+}
+
 TEST_F(VcardContactStoreTests, NamesThatAreNotUtf8AreRepairedInIdentifiers) {
     write("home/\xff.vcf", card("FN:Anna\n"));
     EXPECT_THAT(identifiers(), ElementsAre("home/\ufffd.vcf"));
@@ -170,6 +178,19 @@ TEST_F(VcardContactStoreTests, AFileThatIsAsItWasIsNotReadAgain) {
     fs::permissions(root() + "/home/a.vcf", fs::perms::none);
     EXPECT_TRUE(names().empty()); // a change of permissions is a change
     fs::permissions(root() + "/home/a.vcf", fs::perms::owner_all);
+    EXPECT_THAT(names(), ElementsAre("Anna"));
+}
+
+TEST_F(VcardContactStoreTests, AFileThatCouldNotBeReadIsTriedAgain) {
+    write("home/a.vcf", named("a", "Anna"));
+    fs::permissions(root() + "/home/a.vcf", fs::perms::none);
+    bool isPrivileged = false;
+    {
+        isPrivileged = std::ifstream(root() + "/home/a.vcf").is_open();
+        const WithoutPrivileges reduced;
+        EXPECT_TRUE(names().empty());
+    }
+    if (!isPrivileged) GTEST_SKIP() << "only a privileged user can read the file without a change of it";
     EXPECT_THAT(names(), ElementsAre("Anna"));
 }
 
@@ -234,6 +255,15 @@ TEST_F(VcardContactStoreTests, ABookThatRefusesFailsAndLeavesNothing) {
     fs::permissions(root() + "/default", fs::perms::owner_all);
     EXPECT_THAT(entries("default"), ElementsAre("a.vcf"));
     EXPECT_EQ(read("default/a.vcf"), named("a", "Anna"));
+}
+
+TEST_F(VcardContactStoreTests, AnAccountIsNotMadeABook) {
+    write("default/work/a.vcf", named("a", "Anna"));
+    const WithoutPrivileges reduced;
+    fs::permissions(root() + "/default/work", fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_THROW(store().add({}), PosixError);
+    fs::permissions(root() + "/default/work", fs::perms::owner_all);
+    EXPECT_THAT(entries("default"), ElementsAre("work"));
 }
 
 // ---- Changed contacts
@@ -302,6 +332,30 @@ TEST_F(VcardContactStoreTests, ACardKnownByItsPlaceIsNotTakenForAnother) {
     bert.jobTitle = "Cook";
     EXPECT_THROW(opened.update(bert), ErrorRecord);
     EXPECT_EQ(read("home/a.vcf"), meanwhile);
+}
+
+TEST_F(VcardContactStoreTests, EachPartOfANameTellsPeopleApart) {
+    const std::string person = card("N:Schmidt;Anna;Maria;;\nNICKNAME:Anni\n");
+    for (const std::string& other :
+         {card("N:Schulz;Anna;Maria;;\nNICKNAME:Anni\n"), card("N:Schmidt;Anke;Maria;;\nNICKNAME:Anni\n"),
+          card("N:Schmidt;Anna;Marie;;\nNICKNAME:Anni\n"), card("N:Schmidt;Anna;Maria;;\nNICKNAME:Anna\n")}) {
+        write("home/a.vcf", person);
+        VcardContactStore opened = store();
+        ContactCard anna = opened.contact("home/a.vcf");
+        write("home/a.vcf", other);
+        anna.jobTitle = "Cook";
+        EXPECT_THROW(opened.update(anna), ErrorRecord);
+        EXPECT_EQ(read("home/a.vcf"), other);
+    }
+}
+
+TEST_F(VcardContactStoreTests, AChangeOfNothingWritesNothing) {
+    write("home/a.vcf", rich);
+    const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1000);
+    fs::last_write_time(root() + "/home/a.vcf", longAgo);
+    const ContactCard anna = store().contact("rich");
+    EXPECT_EQ(store().update(anna), anna);
+    EXPECT_EQ(fs::last_write_time(root() + "/home/a.vcf"), longAgo);
 }
 
 TEST_F(VcardContactStoreTests, ARemovedContactCannotBeChanged) {
