@@ -85,7 +85,7 @@ public:
     std::string path(const Collection& book, const std::string& fileName, std::size_t ordinal) {
         std::string path = book.identifier.empty() ? fileName : book.identifier + "/" + fileName;
         if (ordinal > 0) path += "#" + std::to_string(ordinal + 1);
-        const std::string readable = repairedUtf8(path);
+        std::string readable = repairedUtf8(path);
         if (readable == path && !mayStandForOthers(book.identifier)) return readable;
         // Names that are not UTF-8 may read alike.
         const int number = ++repaired_[readable];
