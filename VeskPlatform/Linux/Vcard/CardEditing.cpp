@@ -55,6 +55,11 @@ std::string closedComponent(std::string component) {
     return component;
 }
 
+/// A text of which nothing can be written does not take away what is there.
+bool isChange(const std::string& base, const std::string& wanted) {
+    return wanted != base && (isBlank(wanted) || isWritableValue(wanted));
+}
+
 class Editor {
 public:
     Editor(std::string_view card, Instant now)
@@ -62,10 +67,10 @@ public:
 
     void setEmployment(const ContactCard& base, const ContactCard& wanted) {
         std::map<std::size_t, std::string> parts;
-        if (wanted.organizationName != base.organizationName) parts[0] = writableText(wanted.organizationName);
-        if (wanted.departmentName != base.departmentName) parts[1] = writableText(wanted.departmentName);
+        if (isChange(base.organizationName, wanted.organizationName)) parts[0] = writableText(wanted.organizationName);
+        if (isChange(base.departmentName, wanted.departmentName)) parts[1] = writableText(wanted.departmentName);
         if (!parts.empty()) setOrganization(parts);
-        if (wanted.jobTitle != base.jobTitle) setTitle(wanted.jobTitle);
+        if (isChange(base.jobTitle, wanted.jobTitle)) setTitle(wanted.jobTitle);
     }
 
     template <typename Value>

@@ -76,11 +76,30 @@ ErrorRecord unsettled() {
     return {"VcardContactStore", 409, "The contact is being changed by another program. Try again."};
 }
 
-std::string pathBelowRoot(const Collection& book, const std::string& fileName, std::size_t ordinal) {
-    std::string path = book.identifier.empty() ? fileName : book.identifier + "/" + fileName;
-    if (ordinal > 0) path += "#" + std::to_string(ordinal + 1);
-    return repairedUtf8(path);
-}
+/// What cards are called, each differently.
+class Identifiers {
+public:
+    /// False where an earlier card has it. The text must outlive this.
+    bool takeUid(const std::string& uid) { return uids_.insert(uid).second; }
+
+    std::string path(const Collection& book, const std::string& fileName, std::size_t ordinal) {
+        std::string path = book.identifier.empty() ? fileName : book.identifier + "/" + fileName;
+        if (ordinal > 0) path += "#" + std::to_string(ordinal + 1);
+        std::string readable = repairedUtf8(path);
+        if (readable == path && !mayStandForOthers(book.identifier)) return readable;
+        // Names that are not UTF-8 may read alike.
+        const int number = ++repaired_[readable];
+        return number == 1 ? readable : readable + " (" + std::to_string(number) + ")";
+    }
+
+private:
+    static bool mayStandForOthers(std::string_view bookIdentifier) {
+        return bookIdentifier.find("\xEF\xBF\xBD") != std::string_view::npos;
+    }
+
+    std::unordered_set<std::string_view> uids_;
+    std::map<std::string, int> repaired_;
+};
 
 /// Whether a card that is only known by its place is still the person it was.
 bool isSamePerson(const ContactCard& a, const ContactCard& b) {
@@ -107,8 +126,8 @@ std::optional<CardInFile> cardAt(const Place& place, const ContactCard& base) {
     for (std::size_t i = 0; i < scanned.cards.size(); ++i) {
         found.range = scanned.cards[i];
         auto card = readCard(found.text());
-        const bool isIt =
-            card && (place.uid ? card->uid == place.uid : i == place.ordinal && isSamePerson(card->contact, base));
+        if (!card || card->isGroup) continue;
+        const bool isIt = place.uid ? card->uid == place.uid : i == place.ordinal && isSamePerson(card->contact, base);
         if (!isIt) continue;
         found.contact = std::move(card->contact);
         return found;
@@ -135,7 +154,7 @@ struct VcardContactStore::State {
         std::vector<BookInUse> opened;
         for (Collection& book : books())
             if (auto indexed = indexedBook(book)) opened.push_back({std::move(book), std::move(indexed)});
-        std::unordered_set<std::string_view> taken; // names texts of the opened books
+        Identifiers taken; // names texts of the opened books
         for (const BookInUse& book : opened)
             if (!visitBook(book, taken, visit)) return;
     }
@@ -154,16 +173,15 @@ struct VcardContactStore::State {
         }
     }
 
-    template <class Visit>
-    bool visitBook(const BookInUse& book, std::unordered_set<std::string_view>& taken, Visit visit) {
+    template <class Visit> bool visitBook(const BookInUse& book, Identifiers& taken, Visit visit) {
         for (const std::size_t number : book.indexed->filesByName()) {
             std::vector<ReadCard>& cards = book.indexed->file(number).cards;
             for (std::size_t i = 0; i < cards.size(); ++i) {
                 if (cards[i].isGroup) continue;
                 ContactCard& contact = cards[i].contact;
-                const bool byUid = cards[i].uid && taken.insert(*cards[i].uid).second;
+                const bool byUid = cards[i].uid && taken.takeUid(*cards[i].uid);
                 const char* name = book.indexed->nameOf(number);
-                contact.identifier = byUid ? *cards[i].uid : pathBelowRoot(book.folder, name, i);
+                contact.identifier = byUid ? *cards[i].uid : taken.path(book.folder, name, i);
                 if (!visit(contact, PlaceInBook{book.folder, name, i, byUid})) return false;
             }
         }
@@ -218,17 +236,27 @@ struct VcardContactStore::State {
     ContactCard add(const ContactCard& contact) {
         const std::string uid = randomUuid(), fileName = uid + extension;
         const std::string text = newCardText(contact, uid, clock.now());
+        std::optional<std::string> folder = firstWritableBook();
+        if (!folder && makeBook(fileName, text))
+            return remembered(text, uid, {pathOfNewBook() + "/" + fileName, uid, 0});
+        if (!folder) folder = firstWritableBook(); // another program was faster
+        if (!folder) throw PosixError(EACCES, pathOfNewBook());
+        createFileDurably(*folder, fileName, text);
+        return remembered(text, uid, {*folder + "/" + fileName, uid, 0});
+    }
+
+    std::optional<std::string> firstWritableBook() {
         const std::vector<Collection> all = books();
         const auto book = std::ranges::find(all, true, &Collection::writable);
-        std::string folder = options.root + "/" + newBook;
-        if (book == all.end()) {
-            makeRoot();
-            if (!createFolderDurably(options.root, newBook, fileName, text)) throw PosixError(EACCES, folder);
-        } else {
-            folder = book->path;
-            createFileDurably(folder, fileName, text);
-        }
-        return remembered(text, uid, {folder + "/" + fileName, uid, 0});
+        return book == all.end() ? std::nullopt : std::optional(book->path);
+    }
+
+    std::string pathOfNewBook() const { return options.root + "/" + newBook; }
+
+    /// A book with this one card in it; false where there is something of its name.
+    bool makeBook(const std::string& fileName, const std::string& text) const {
+        makeRoot();
+        return createFolderDurably(options.root, newBook, fileName, text);
     }
 
     void makeRoot() const {

@@ -228,6 +228,15 @@ struct VdirReminderStore::State {
         throw PosixError(ENOENT, options.root + "/" + sourceIdentifier.substr(sourceIdentifier.find('/') + 1));
     }
 
+    /// The list in that folder, where it is none of those of `before`.
+    std::optional<ReminderList> madeSince(const std::vector<Collection>& before, const std::string& path) {
+        if (std::ranges::find(before, path, &Collection::path) != before.end()) return std::nullopt;
+        found.reset();
+        const auto& all = collections();
+        const auto made = std::ranges::find(all, path, &Collection::path);
+        return made == all.end() ? std::nullopt : std::optional(listOf(*made));
+    }
+
     VdirReminderStoreOptions options;
     Clock& clock;
     Zones zones;
@@ -265,15 +274,16 @@ std::vector<ReminderSource> VdirReminderStore::sources() {
 
 ReminderList VdirReminderStore::createList(const std::string& title,
                                            const std::optional<std::string>& sourceIdentifier) {
-    const std::string source = sourceIdentifier.value_or(localSource);
-    const std::string folder = state_->folderOf(source);
+    const std::vector<Collection> before = state_->collections();
+    const std::string folder = state_->folderOf(sourceIdentifier.value_or(localSource));
     const std::string base = folderNameFor(title);
     std::string name = base;
-    for (int number = 2; !createFolderDurably(folder, name, "displayname", title); ++number)
+    for (int number = 2; !createFolderDurably(folder, name, "displayname", title); ++number) {
+        const auto theirs = state_->madeSince(before, folder + "/" + name);
+        if (theirs && theirs->title == title) return *theirs;
         name = base + "-" + std::to_string(number);
-    state_->found.reset();
-    for (const Collection& collection : state_->collections())
-        if (collection.path == folder + "/" + name) return listOf(collection);
+    }
+    if (const auto made = state_->madeSince(before, folder + "/" + name)) return *made;
     throw PosixError(ENOENT, folder + "/" + name);
 }
 

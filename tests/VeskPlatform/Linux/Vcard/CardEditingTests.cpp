@@ -68,6 +68,14 @@ TEST(CardEditingTests, EmploymentInItsPlace) {
     for (const EditCase& c : cases) check(c);
 }
 
+TEST(CardEditingTests, EmploymentThatCannotBeWrittenTakesNothingAway) {
+    const auto setAll = [](ContactCard& contact) {
+        contact.organizationName = contact.departmentName = contact.jobTitle = "\x01 ";
+    };
+    check({"all of it", "TITLE:a\nORG:a;b\n", setAll, "TITLE:a\nORG:a;b\n"});
+    check({"where there was none", "X:1\n", setAll, "X:1\n"});
+}
+
 TEST(CardEditingTests, ValuesBehindThoseOfTheirKind) {
     const auto addAll = [](ContactCard& contact) {
         addPhone(contact);

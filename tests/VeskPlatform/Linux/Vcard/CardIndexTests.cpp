@@ -1,5 +1,9 @@
 #include "VeskPlatform/Linux/Vcard/CardIndex.hpp"
 
+#include "VeskPlatform/Linux/Vdir/PackedBytes.hpp"
+
+#include <cstdint>
+#include <cstring>
 #include <gtest/gtest.h>
 
 namespace vesk::test {
@@ -79,6 +83,25 @@ TEST(CardIndex, EveryCutAndEveryAdditionIsRefused) {
     for (std::size_t length = 0; length < bytes.size(); ++length)
         EXPECT_FALSE(decodedCards(std::string_view(bytes).substr(0, length))) << length;
     EXPECT_FALSE(decodedCards(bytes + '\0'));
+}
+
+/// An index of one file with one card that claims to have `cards`, its checksum right all the same.
+std::string claiming(std::uint32_t cards) {
+    std::vector<IndexedCardFile> files(1);
+    files[0].cards.resize(1);
+    std::string bytes = encodedCards(files);
+    constexpr std::size_t checksumAt = 8, summedFrom = 16, cardsAt = 64;
+    std::memcpy(bytes.data() + cardsAt, &cards, sizeof cards);
+    const std::uint64_t sum = vdir::checksum(std::string_view(bytes).substr(summedFrom));
+    std::memcpy(bytes.data() + checksumAt, &sum, sizeof sum);
+    return bytes;
+}
+
+TEST(CardIndex, AFalseNumberOfCardsIsRefused) {
+    EXPECT_TRUE(decodedCards(claiming(1)));
+    EXPECT_FALSE(decodedCards(claiming(0)));
+    EXPECT_FALSE(decodedCards(claiming(2)));
+    EXPECT_FALSE(decodedCards(claiming(UINT32_MAX)));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Vcard/VcardContactStore.hpp"
 
+#include "VeskPlatform/Linux/Vcard/IndexedBook.hpp"
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "tests/fakes/FakeBasics.hpp"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
@@ -122,6 +124,12 @@ TEST_F(VcardContactStoreTests, BadFilesAreCountedAndPassedOver) {
     EXPECT_THAT(logged, ElementsAre("contact-store files passed-over kind=damaged count=2"));
 }
 
+TEST_F(VcardContactStoreTests, AFileOfTooManyBytesIsDamaged) {
+    fs::resize_file(write("home/a.vcf", named("a", "Anna")), vcard::maximumCardFileSize + 1);
+    EXPECT_TRUE(identifiers().empty());
+    EXPECT_THAT(logged, ElementsAre("contact-store files passed-over kind=damaged count=1"));
+}
+
 TEST_F(VcardContactStoreTests, NamesThatAreNotUtf8AreRepairedInIdentifiers) {
     write("home/\xff.vcf", card("FN:Anna\n"));
     EXPECT_THAT(identifiers(), ElementsAre("home/\ufffd.vcf"));
@@ -129,6 +137,18 @@ TEST_F(VcardContactStoreTests, NamesThatAreNotUtf8AreRepairedInIdentifiers) {
     anna.jobTitle = "Cook";
     store().update(anna);
     EXPECT_THAT(read("home/\xff.vcf"), HasSubstr("TITLE:Cook"));
+}
+
+TEST_F(VcardContactStoreTests, NamesThatAreRepairedAlikeDoNotMeanTheSameContact) {
+    write("home/\xfe.vcf", card("FN:Anna\n") + card("FN:Bert\n"));
+    write("home/\xff.vcf", card("FN:Cher\n") + card("FN:Dana\n"));
+    EXPECT_THAT(identifiers(),
+                ElementsAre("home/\ufffd.vcf", "home/\ufffd.vcf#2", "home/\ufffd.vcf (2)", "home/\ufffd.vcf#2 (2)"));
+    ContactCard dana = store().contact("home/\ufffd.vcf#2 (2)");
+    dana.jobTitle = "Cook";
+    store().update(dana);
+    EXPECT_EQ(read("home/\xfe.vcf"), card("FN:Anna\n") + card("FN:Bert\n"));
+    EXPECT_EQ(read("home/\xff.vcf"), card("FN:Cher\n") + card("FN:Dana\nTITLE:Cook\n"));
 }
 
 // ---- The index
@@ -162,9 +182,27 @@ TEST_F(VcardContactStoreTests, AFileThatIsAsItWasIsNotReadAgain) {
 }
 
 TEST_F(VcardContactStoreTests, AFileThatWasJustWrittenIsNotTrusted) {
+    const fs::path path = write("home/a.vcf", named("a", "Anna"));
+    fs::permissions(path, fs::perms::none);
+    if (!std::ifstream(path)) GTEST_SKIP() << "only a privileged user tells the index from the file";
+    const Instant later = clock.time;
     clock.time = std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
-    write("home/a.vcf", named("a", "Anna"));
-    EXPECT_THAT(names(), ElementsAre("Anna"));
+    for (const bool isSettled : {false, true}) {
+        if (isSettled) clock.time = later;
+        EXPECT_THAT(names(), ElementsAre("Anna"));
+        const WithoutPrivileges reduced;
+        EXPECT_EQ(names().size(), isSettled ? 1U : 0U);
+    }
+}
+
+TEST_F(VcardContactStoreTests, AFileThatCouldNotBeReadIsTriedAgain) {
+    const fs::path path = write("home/a.vcf", named("a", "Anna"));
+    fs::permissions(path, fs::perms::none);
+    if (!std::ifstream(path)) GTEST_SKIP() << "only a privileged user can read the file without a change of it";
+    {
+        const WithoutPrivileges reduced;
+        EXPECT_TRUE(names().empty());
+    }
     EXPECT_THAT(names(), ElementsAre("Anna"));
 }
 
@@ -194,6 +232,23 @@ TEST_F(VcardContactStoreTests, WithoutABookOneIsMade) {
     EXPECT_THAT(identifiers(), ElementsAre(identifier));
 }
 
+TEST_F(VcardContactStoreTests, WritersThatMakeTheFirstBookTogetherShareIt) {
+    constexpr int rounds = 10, writers = 8;
+    for (int round = 0; round < rounds; ++round) {
+        fs::remove_all(root());
+        std::vector<std::thread> threads;
+        for (int i = 0; i < writers; ++i)
+            threads.emplace_back([this] {
+                FakeClock own;
+                VcardContactStore opened({root(), "", "DE", [](const std::string&) {}}, own);
+                EXPECT_NO_THROW(opened.add({}));
+            });
+        for (std::thread& thread : threads) thread.join();
+        EXPECT_EQ(entries("default").size(), std::size_t{writers});
+        EXPECT_EQ(identifiers().size(), std::size_t{writers});
+    }
+}
+
 TEST_F(VcardContactStoreTests, ABookThatRefusesFailsAndLeavesNothing) {
     write("default/a.vcf", named("a", "Anna"));
     const WithoutPrivileges reduced;
@@ -207,7 +262,25 @@ TEST_F(VcardContactStoreTests, ABookThatRefusesFailsAndLeavesNothing) {
     EXPECT_EQ(read("default/a.vcf"), named("a", "Anna"));
 }
 
+TEST_F(VcardContactStoreTests, AnAccountIsNotMadeABook) {
+    write("default/work/a.vcf", named("a", "Anna"));
+    const WithoutPrivileges reduced;
+    fs::permissions(root() + "/default/work", fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_THROW(store().add({}), PosixError);
+    fs::permissions(root() + "/default/work", fs::perms::owner_all);
+    EXPECT_THAT(entries("default"), ElementsAre("work"));
+}
+
 // ---- Changed contacts
+
+TEST_F(VcardContactStoreTests, AListOfPeopleIsNotChangedForItsMember) {
+    const std::string list = card("UID:same\nFN:Friends\nKIND:group\n");
+    write("home/a.vcf", list + named("same", "Anna"));
+    ContactCard anna = store().contact("same");
+    anna.jobTitle = "Cook";
+    EXPECT_EQ(store().update(anna).givenName, "Anna");
+    EXPECT_THAT(read("home/a.vcf"), testing::StartsWith(list));
+}
 
 const std::string rich = "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:rich\r\nN:Schmidt;Anna;;;\r\nFN:Anna Schmidt\r\n"
                          "item1.TEL;type=pref:1\r\nitem1.X-ABLabel:Boat\r\nPHOTO;ENCODING=b;TYPE=JPEG:/9j/4AAQSkZJ\r\n"
@@ -264,6 +337,30 @@ TEST_F(VcardContactStoreTests, ACardKnownByItsPlaceIsNotTakenForAnother) {
     bert.jobTitle = "Cook";
     EXPECT_THROW(opened.update(bert), ErrorRecord);
     EXPECT_EQ(read("home/a.vcf"), meanwhile);
+}
+
+TEST_F(VcardContactStoreTests, EachPartOfANameTellsPeopleApart) {
+    const std::string person = card("N:Schmidt;Anna;Maria;;\nNICKNAME:Anni\n");
+    for (const std::string& other :
+         {card("N:Schulz;Anna;Maria;;\nNICKNAME:Anni\n"), card("N:Schmidt;Anke;Maria;;\nNICKNAME:Anni\n"),
+          card("N:Schmidt;Anna;Marie;;\nNICKNAME:Anni\n"), card("N:Schmidt;Anna;Maria;;\nNICKNAME:Anna\n")}) {
+        write("home/a.vcf", person);
+        VcardContactStore opened = store();
+        ContactCard anna = opened.contact("home/a.vcf");
+        write("home/a.vcf", other);
+        anna.jobTitle = "Cook";
+        EXPECT_THROW(opened.update(anna), ErrorRecord);
+        EXPECT_EQ(read("home/a.vcf"), other);
+    }
+}
+
+TEST_F(VcardContactStoreTests, AChangeOfNothingWritesNothing) {
+    write("home/a.vcf", rich);
+    const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1000);
+    fs::last_write_time(root() + "/home/a.vcf", longAgo);
+    const ContactCard anna = store().contact("rich");
+    EXPECT_EQ(store().update(anna), anna);
+    EXPECT_EQ(fs::last_write_time(root() + "/home/a.vcf"), longAgo);
 }
 
 TEST_F(VcardContactStoreTests, ARemovedContactCannotBeChanged) {

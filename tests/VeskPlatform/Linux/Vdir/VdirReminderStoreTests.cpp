@@ -199,6 +199,17 @@ TEST_F(VdirReminderStoreTests, NewListsGetAFolderOfTheirOwn) {
     EXPECT_THROW(store().createList("x", "account/none"), PosixError);
 }
 
+TEST_F(VdirReminderStoreTests, AListThatAnotherProgramMadeMeanwhileIsShared) {
+    VdirReminderStore ours = store(), theirs = store();
+    ASSERT_TRUE(ours.lists().empty());
+    const ReminderList made = theirs.createList("Vesk Todos", "local");
+    EXPECT_EQ(ours.createList("Vesk Todos", "local"), made);
+    EXPECT_THAT(names(""), ElementsAre("vesk-todos"));
+    EXPECT_EQ(ours.createList("vesk todos", "local").identifier, "vesk-todos-2");
+    // One that was there before is asked for again on purpose.
+    EXPECT_EQ(ours.createList("Vesk Todos", "local").identifier, "vesk-todos-3");
+}
+
 TEST_F(VdirReminderStoreTests, AFailedListLeavesNothing) {
     write("home/displayname", "Home");
     fs::permissions(root(), fs::perms(0500));
