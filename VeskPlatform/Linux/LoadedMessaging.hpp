@@ -1,0 +1,32 @@
+#pragma once
+
+#include "VeskPlatform/Linux/ConsentAutomation.hpp"
+#include "VeskPlatform/Linux/Messaging/Messaging.hpp"
+
+#include <memory>
+
+namespace vesk {
+
+/// Text messages through the module of that name, which is loaded when they are first asked for.
+class LoadedMessaging : public MessagesScriptRunner {
+public:
+    /// Throws AdapterModuleError where the module cannot be loaded.
+    ScriptRunResult run(const MessagesScript& script) override;
+    /// See Messaging. Throws AdapterModuleError.
+    std::vector<MessagingServiceState> survey();
+
+    /// The part of the messaging program in scripting; neither fails. A service without a device is there but not
+    /// ready, and so is everything where the module cannot be loaded.
+    ApplicationReach reach();
+    void start();
+
+private:
+    Messaging& messaging();
+
+    std::unique_ptr<Messaging> messaging_;
+};
+
+/// What the states of the services come to: ready where one has a device, whether or not it can send just now.
+ApplicationReach reachOfMessaging(const std::vector<MessagingServiceState>& states);
+
+} // namespace vesk
