@@ -68,6 +68,7 @@ TEST(ElfSectionTests, GivesTheBytesOfASection) {
     EXPECT_TRUE(section->starts_with("<?xml")) << *section;
     EXPECT_TRUE(section->ends_with("</plist>\n")) << *section;
     EXPECT_EQ(elfSection(runningExecutable(), ".vesk"), std::nullopt);
+    EXPECT_EQ(elfSection(runningExecutable(), ".vesk.entitlements.more"), std::nullopt);
     EXPECT_EQ(elfSection(runningExecutable(), ".bss"), "") << "a section without bytes";
 }
 

@@ -39,16 +39,17 @@ TEST(PropertyListTests, TheBinaryFormIsRead) {
     EXPECT_EQ(parsePropertyList(bytes), (JsonValue{JsonValue::Object{{"k", {list}}}}));
 }
 
-TEST(PropertyListTests, ABinaryKeyWithANulDoesNotEndTheProgram) {
-    // {"a\0b": true, "ok": "x\0y"}
-    const std::string bytes("\142\160\154\151\163\164\060\060\322\001\002\003\004\123\141\000\142\122\157\153\011\123"
-                            "\170\000\171\010\015\021\024\025\000\000\000\000\000\000\001\001\000\000\000\000\000\000"
-                            "\000\005\000\000\000\000\000\000\000\000\000\000\000\000\000\000\000\031",
-                            62);
-    const auto list = parsePropertyList(bytes);
-    if (!list) return; // none at all is right too
-    for (const auto& [key, value] : std::get<JsonValue::Object>(list->value))
-        EXPECT_EQ(key.find('\0'), std::string::npos) << key;
+TEST(PropertyListTests, NulsInKeysAndTextsDoNotEndTheProgram) {
+    // {"a\0ü": true, "ok": "x\0ü"}, both in UTF-16
+    const std::string binary(
+        "\142\160\154\151\163\164\060\060\322\001\002\003\004\143\000\141\000\000\000\374\122\157\153\011\143\000\170"
+        "\000\000\000\374\010\015\024\027\030\000\000\000\000\000\000\001\001\000\000\000\000\000\000\000\005\000\000"
+        "\000\000\000\000\000\000\000\000\000\000\000\000\000\037",
+        68);
+    parsePropertyList(binary);
+    const std::string nul(1, '\0');
+    parsePropertyList(xml("<dict><key>a" + nul + "b</key><string>x" + nul + "y</string></dict>"));
+    EXPECT_EQ(parsePropertyList(xml("<dict><key>a&#0;b</key><true/></dict>")), std::nullopt);
 }
 
 TEST(PropertyListTests, OtherBytesAreNone) {
