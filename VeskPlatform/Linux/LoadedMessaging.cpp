@@ -21,8 +21,8 @@ std::vector<MessagingServiceState> LoadedMessaging::survey() { return messaging(
 ApplicationReach LoadedMessaging::reach() {
     try {
         return reachOfMessaging(survey());
-    } catch (const AdapterModuleError&) {
-        return ApplicationReach::unready;
+    } catch (const AdapterModuleError&) { // consent is what counts then; the request says what is missing
+        return ApplicationReach::ready;
     }
 }
 

@@ -16,7 +16,7 @@ public:
     std::vector<MessagingServiceState> survey();
 
     /// The part of the messaging program in scripting; neither fails. A service without a device is there but not
-    /// ready, and so is everything where the module cannot be loaded.
+    /// ready. Where the module cannot be loaded nothing is known and all counts as ready, so that `run` tells why.
     ApplicationReach reach();
     void start();
 
