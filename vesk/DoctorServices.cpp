@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/DesktopReach.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskSupport/Text.hpp"
+#include "vesk/DoctorMessaging.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -58,15 +59,6 @@ DoctorService calendarService(const StoreReport& calendars) {
     return result;
 }
 
-DoctorService messagesService() {
-    DoctorService result{"ModemManager or KDE Connect", {}};
-    const bool modem = installedProgram("ModemManager", {"/usr/sbin", "/usr/bin"}).has_value();
-    if (!modem && !installedProgram("kdeconnect-cli"))
-        result.findings.push_back(
-            {"Neither messaging service is installed.", "apt install modemmanager, or apt install kdeconnect"});
-    return result;
-}
-
 DoctorService mailService(Environment& environment) {
     const std::string root = mailFolder(environment);
     if (isFolder(root)) return {folderService("Maildir accounts", root), {}};
@@ -94,7 +86,7 @@ DoctorService serviceOf(CapabilityKind kind, Environment& environment, const Sto
     case CapabilityKind::calendar: return calendarService(calendars);
     case CapabilityKind::reminders: return {folderService("To-do folders", remindersFolder(environment)), {}};
     case CapabilityKind::contacts: return {folderService("vCard folders", contactsFolder(environment)), {}};
-    case CapabilityKind::messages: return messagesService();
+    case CapabilityKind::messages: return examineMessaging();
     case CapabilityKind::mail: return mailService(environment);
     case CapabilityKind::iCloud: return cloudService(environment);
     }
