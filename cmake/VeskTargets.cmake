@@ -35,12 +35,3 @@ function(vesk_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC vesk_flags ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
-
-# lib/vesk/NAME.so, which programs load on first use (VeskPlatform/Linux/AdapterModule.hpp). Whoever loads it says so
-# with add_dependencies.
-function(vesk_module name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-  add_library(${name} MODULE ${ARG_SOURCES})
-  set_target_properties(${name} PROPERTIES PREFIX "")
-  target_link_libraries(${name} PRIVATE vesk_flags ${ARG_LINK})
-endfunction()

@@ -2,6 +2,7 @@
 
 #include "VeskPlatform/Linux/AdapterModule.hpp"
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
+#include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
@@ -58,8 +59,8 @@ DoctorService messagingService(const std::vector<MessagingServiceState>& states)
 
 DoctorService examineMessaging() {
     try {
-        return messagingService(LoadedMessaging().survey());
-    } catch (const AdapterModuleError& error) {
+        return messagingService(LoadedMessaging(moduleFolderOf(runningExecutable())).survey());
+    } catch (const AdapterModuleMissing& error) {
         return {services, {{error.description(), "apt install libsystemd0"}}};
     }
 }

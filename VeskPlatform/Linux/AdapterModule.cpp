@@ -1,35 +1,35 @@
 #include "VeskPlatform/Linux/AdapterModule.hpp"
 
-#include "VeskPlatform/Linux/MainBundle.hpp"
-
 #include <dlfcn.h>
 #include <filesystem>
+#include <utility>
 
 namespace vesk {
 
-namespace {
+AdapterModuleMissing::AdapterModuleMissing(const std::string& description)
+    : ErrorRecord("VeskAdapterModule", 1, description) {}
 
-/// An absolute path, so that the loader looks nowhere else.
-std::string pathOf(const std::string& name) {
-    const std::filesystem::path programs = std::filesystem::path(runningExecutable()).parent_path();
-    return (programs.parent_path() / "lib/vesk" / (name + ".so")).string();
+std::string moduleFolderOf(const std::string& executablePath) {
+    return std::filesystem::path(executablePath).parent_path().parent_path() / "lib/vesk";
 }
 
-AdapterModuleError failure(const AdapterModule& module) {
-    const char* reason = ::dlerror();
-    return AdapterModuleError("The module " + module.name + " cannot be loaded: "
-                              + (reason == nullptr ? "no reason given" : reason) + ". Install the package "
-                              + module.package + ", or Vesk anew if the module itself is missing.");
+AdapterModule::AdapterModule(const std::string& folder, const std::string& name, std::string package)
+    : name_("vesk-" + name + ".so"), package_(std::move(package)) {
+    // A relative path would depend on the working directory, and a bare name on the variables of the dynamic linker.
+    if (folder.starts_with('/')) handle_ = ::dlopen((folder + "/" + name_).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (handle_ == nullptr) fail();
 }
 
-} // namespace
-
-void* AdapterModule::address(const char* function) const {
-    void* const library = ::dlopen(pathOf(name).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    if (library == nullptr) throw failure(*this);
-    void* const found = ::dlsym(library, function);
-    if (found == nullptr) throw failure(*this);
+void* AdapterModule::address(const char* symbol) const {
+    void* found = ::dlsym(handle_, symbol);
+    if (found == nullptr) fail();
     return found;
+}
+
+void AdapterModule::fail() const {
+    const char* reason = ::dlerror();
+    throw AdapterModuleMissing("The module " + name_ + " cannot be loaded; install the package " + package_ + ". ("
+                               + (reason != nullptr ? reason : "its folder is unknown") + ")");
 }
 
 } // namespace vesk

@@ -6,28 +6,35 @@
 
 namespace vesk {
 
-/// A module cannot be loaded: code 1, domain "VeskAdapterModule". The description has the loader's reason and names the
-/// Debian package whose library the module needs.
-class AdapterModuleError : public ErrorRecord {
+/// What an adapter needs is missing: its module, or a library that the module links. The description names the Debian
+/// package to install. Domain "VeskAdapterModule", code 1.
+class AdapterModuleMissing : public ErrorRecord {
 public:
-    explicit AdapterModuleError(std::string description)
-        : ErrorRecord("VeskAdapterModule", 1, std::move(description)) {}
+    explicit AdapterModuleMissing(const std::string& description);
 };
 
-/// A library of adapters that lies in `../lib/vesk` from the running executable and is loaded when it is first asked
-/// for, because what it links is too heavy for every start. It stays loaded, since what it has made refers to it.
-struct AdapterModule {
-    /// The name of its file, without `.so`.
-    std::string name;
-    /// The Debian package of the library that it stands on.
-    std::string package;
+/// Where the modules of an executable lie: `../lib/vesk` from it. Its path is absolute, with links resolved.
+std::string moduleFolderOf(const std::string& executablePath);
 
-    /// The address of a function that the module exports. Throws AdapterModuleError.
-    void* address(const char* function) const;
+/// A module that is open: the shared object `vesk-NAME.so` of the modules' folder and nowhere else. It stays loaded to
+/// the end of the process: libraries such as GLib keep threads and handlers of their own.
+class AdapterModule {
+public:
+    /// `folder` is absolute; `package` is the Debian package of the library that the module stands on. Throws
+    /// AdapterModuleMissing.
+    AdapterModule(const std::string& folder, const std::string& name, std::string package);
 
-    template <class Function> Function* function(const char* functionName) const {
-        return reinterpret_cast<Function*>(address(functionName));
+    /// The C function `symbol`, whose type the caller knows. Throws AdapterModuleMissing where there is none.
+    template <class Function> Function* function(const char* symbol) const {
+        return reinterpret_cast<Function*>(address(symbol));
     }
+
+private:
+    void* address(const char* symbol) const;
+    [[noreturn]] void fail() const;
+
+    std::string name_, package_;
+    void* handle_ = nullptr;
 };
 
 } // namespace vesk

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 
+#include "VeskPlatform/Linux/AdapterModule.hpp"
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
@@ -80,7 +81,9 @@ BundleInformation& LinuxPlatform::bundleInformation() { return built(adapters_->
 CloudAccount& LinuxPlatform::cloudAccount() { return built(adapters_->cloudAccount, environment()); }
 MailScriptRunner& LinuxPlatform::mailScriptRunner() { return built(adapters_->mail); }
 MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return loadedMessaging(); }
-LoadedMessaging& LinuxPlatform::loadedMessaging() { return built(adapters_->messages); }
+LoadedMessaging& LinuxPlatform::loadedMessaging() {
+    return built(adapters_->messages, moduleFolderOf(runningExecutable()));
+}
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
 
 ApplicationAutomation& LinuxPlatform::applicationAutomation() {

@@ -8,7 +8,7 @@ namespace vesk {
 
 Messaging& LoadedMessaging::messaging() {
     if (!messaging_) {
-        const AdapterModule module{.name = "VeskMessaging", .package = "libsystemd0"};
+        const AdapterModule module(moduleFolder_, "messaging", "libsystemd0");
         messaging_.reset(module.function<MessagingFactory>("veskMessaging")());
     }
     return *messaging_;
@@ -21,7 +21,7 @@ std::vector<MessagingServiceState> LoadedMessaging::survey() { return messaging(
 ApplicationReach LoadedMessaging::reach() {
     try {
         return reachOfMessaging(survey());
-    } catch (const AdapterModuleError&) { // consent is what counts then; the request says what is missing
+    } catch (const AdapterModuleMissing&) { // consent is what counts then; the request says what is missing
         return ApplicationReach::ready;
     }
 }
@@ -29,7 +29,7 @@ ApplicationReach LoadedMessaging::reach() {
 void LoadedMessaging::start() {
     try {
         messaging().start();
-    } catch (const AdapterModuleError&) { // the request itself tells
+    } catch (const AdapterModuleMissing&) { // the request itself tells
     }
 }
 

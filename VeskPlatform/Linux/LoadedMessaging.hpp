@@ -4,15 +4,21 @@
 #include "VeskPlatform/Linux/Messaging/Messaging.hpp"
 
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace vesk {
 
-/// Text messages through the module of that name, which is loaded when they are first asked for.
+/// Text messages through the module `messaging`, which is loaded when they are first asked for.
 class LoadedMessaging : public MessagesScriptRunner {
 public:
-    /// Throws AdapterModuleError where the module cannot be loaded.
+    /// `moduleFolder` is as in AdapterModule.
+    explicit LoadedMessaging(std::string moduleFolder) : moduleFolder_(std::move(moduleFolder)) {}
+
+    /// Throws AdapterModuleMissing where the module cannot be loaded.
     ScriptRunResult run(const MessagesScript& script) override;
-    /// See Messaging. Throws AdapterModuleError.
+    /// See Messaging. Throws AdapterModuleMissing.
     std::vector<MessagingServiceState> survey();
 
     /// The part of the messaging program in scripting; neither fails. A service without a device is there but not
@@ -23,6 +29,7 @@ public:
 private:
     Messaging& messaging();
 
+    std::string moduleFolder_;
     std::unique_ptr<Messaging> messaging_;
 };
 

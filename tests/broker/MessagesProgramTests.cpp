@@ -174,7 +174,7 @@ TEST_F(MessagesProgram, WithoutItsModuleItSaysWhatToInstall) {
     const ProgramResult result = moved.run({"messages-list"});
     EXPECT_EQ(result.status, 1) << result;
     EXPECT_THAT(result.errorOutput, HasSubstr("Domain=VeskAdapterModule Code=1 ")) << result;
-    EXPECT_THAT(result.errorOutput, HasSubstr("Install the package libsystemd0")) << result;
+    EXPECT_THAT(result.errorOutput, HasSubstr("install the package libsystemd0")) << result;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
 
+#include "VeskPlatform/Linux/AdapterModule.hpp"
 #include "tests/support/MessagingBuses.hpp"
 
 #include <gtest/gtest.h>
@@ -29,13 +30,21 @@ TEST(ReachOfMessaging, FollowsServicesAndDevices) {
 
 TEST(LoadedMessaging, AnswersThroughItsModule) {
     const ScopedVariables none{noBuses()};
-    LoadedMessaging messaging;
+    LoadedMessaging messaging(VESK_BINARY_DIR "/lib/vesk");
     const ScriptRunResult result = messaging.run({"", {}, MessagesListQuestion{5}});
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.errors.starts_with("Neither ModemManager nor KDE Connect")) << result.errors;
     EXPECT_EQ(messaging.survey().size(), 2U);
     EXPECT_EQ(messaging.reach(), ApplicationReach::absent);
     messaging.start();
+}
+
+TEST(LoadedMessaging, WithoutItsModuleTheRequestTellsWhatToInstall) {
+    LoadedMessaging messaging("/nonexistent");
+    EXPECT_EQ(messaging.reach(), ApplicationReach::ready) << "nothing is known";
+    messaging.start();
+    EXPECT_THROW(messaging.survey(), AdapterModuleMissing);
+    EXPECT_THROW(messaging.run({"", {}, MessagesListQuestion{5}}), AdapterModuleMissing);
 }
 
 } // namespace
