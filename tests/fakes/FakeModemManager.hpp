@@ -22,6 +22,7 @@ struct FakeModem {
     std::int32_t state = 8;
     std::uint32_t failedReason = 0;
     bool messaging = true;
+    std::string simPath = "/org/freedesktop/ModemManager1/SIM/4";
     std::vector<FakeSms> messages = {};
 };
 
@@ -131,7 +132,7 @@ private:
             sd_bus_message_open_container(&message, 'e', "oa{sa{sv}}");
             sd_bus_message_append(&message, "o", modemPath(i).c_str());
             sd_bus_message_open_container(&message, 'a', "{sa{sv}}");
-            sd_bus_message_append(&message, "{sa{sv}}", "org.freedesktop.ModemManager1.Modem", 6, "Manufacturer", "s",
+            sd_bus_message_append(&message, "{sa{sv}}", "org.freedesktop.ModemManager1.Modem", 7, "Sim", "o", modem.simPath.c_str(), "Manufacturer", "s",
                                   modem.manufacturer.c_str(), "Model", "s", modem.model.c_str(), "State", "i",
                                   modem.state, "StateFailedReason", "u", modem.failedReason, "UnlockRequired", "u", 1U,
                                   "Bearers", "ao", 0);

@@ -37,16 +37,19 @@ struct Modem {
 /// Such as "0" of ".../Modem/0", which is also how mmcli(1) calls it.
 std::string lastPart(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
+/// With the command that unlocks it, which wants the number of the card.
+std::string lockedText(const Modem& modem) {
+    const std::string card = lastPart(textOf(modem.properties, "Sim"));
+    return "is locked: unlock its SIM card" + (card.empty() ? "" : " (mmcli --sim=" + card + " --pin=PIN)");
+}
+
 std::string obstacleOf(const Modem& modem) {
-    const std::string mmcli = " (mmcli --modem=" + lastPart(modem.path);
     switch (modem.state()) {
     case failed: return "has failed " + failureText(integerOf(modem.properties, "StateFailedReason", 0));
-    case locked: return "is locked: unlock its SIM card" + mmcli + " --sim=any --pin=PIN)";
-    case disabled: return "is switched off: enable it" + mmcli + " --enable)";
-    default: break;
+    case locked: return lockedText(modem);
+    case disabled: return "is switched off: enable it (mmcli --modem=" + lastPart(modem.path) + " --enable)";
+    default: return modem.state() < registered ? "is not registered in a network" : "";
     }
-    if (!modem.hasMessaging) return "carries no text messages";
-    return modem.state() < registered ? "is not registered in a network" : "";
 }
 
 /// Whether text messages are to be expected of it at all: a modem that is locked or has failed shows no messaging yet.

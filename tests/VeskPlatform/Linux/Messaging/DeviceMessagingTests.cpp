@@ -108,10 +108,10 @@ TEST_F(DeviceMessagingTests, AModemThatCannotSendSaysWhy) {
         FakeModem modem;
         std::string obstacle;
     };
-    const std::string mmcli = " (mmcli --modem=0";
     const Case cases[] = {
-        {{.state = 2, .messaging = false}, "is locked: unlock its SIM card" + mmcli + " --sim=any --pin=PIN)"},
-        {{.state = 3}, "is switched off: enable it" + mmcli + " --enable)"},
+        {{.state = 2, .messaging = false}, "is locked: unlock its SIM card (mmcli --sim=4 --pin=PIN)"},
+        {{.state = 2, .messaging = false, .simPath = "/"}, "is locked: unlock its SIM card"},
+        {{.state = 3}, "is switched off: enable it (mmcli --modem=0 --enable)"},
         {{.state = -1, .failedReason = 2, .messaging = false}, "has failed because its SIM card is missing"},
         {{.state = -1, .failedReason = 3, .messaging = false}, "has failed because its SIM card is faulty"},
         {{.state = -1, .failedReason = 99, .messaging = false}, "has failed for an unknown reason"},
