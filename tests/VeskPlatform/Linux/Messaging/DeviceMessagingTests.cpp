@@ -205,6 +205,15 @@ TEST_F(DeviceMessagingTests, ADaemonThatKnowsNothingYetAsksThePhone) {
     EXPECT_EQ(run(listing(50)), listed("+492\n+491\n"));
 }
 
+TEST_F(DeviceMessagingTests, TheListingEndsSoonAfterTheLastConversation) {
+    patience.firstConversation = std::chrono::seconds(20);
+    kdeConnect.phones = {{.id = "p1", .name = "Near", .onThePhone = {{{"+491"}, 1000}}}};
+    kdeConnect.serveAt(buses.session.address());
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(run(listing(50)), listed("+491\n"));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, patience.firstConversation / 2);
+}
+
 TEST_F(DeviceMessagingTests, APhoneWithoutConversationsIsAnEmptyListing) {
     kdeConnect.phones = {{.id = "p1", .name = "Near"}};
     kdeConnect.serveAt(buses.session.address());
