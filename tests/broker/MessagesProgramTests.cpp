@@ -5,6 +5,7 @@
 #include "tests/fakes/FakeModemManager.hpp"
 #include "tests/support/MessagingBuses.hpp"
 #include "tests/support/ProgramRun.hpp"
+#include "tests/support/TerminalRun.hpp"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -152,6 +153,20 @@ TEST_F(MessagesProgram, TheReportFollowsServiceDeviceAndConsent) {
     EXPECT_EQ(row({"status"}), "denied: Messages access is not granted for Vesk.");
     decide("grant");
     EXPECT_EQ(row({"status"}), "granted: Vesk can use Messages when you ask.");
+}
+
+TEST_F(MessagesProgram, TheUndecidedUserIsAskedOnceAtTheTerminal) {
+    kdeConnect.phones = {{.id = "p1", .name = "Fairphone"}};
+    kdeConnect.serveAt(buses.session.address());
+    TerminalRun run({VESK_BINARY_DIR "/bin/VeskCapabilityBroker", "messages-send", "--phone", "1", "--message", "m"},
+                    program.environment);
+    run.waitFor("Messages");
+    run.waitFor("[y/N] ");
+    EXPECT_TRUE(kdeConnect.sent().empty());
+    run.type("y\n");
+    EXPECT_EQ(run.finish(), 0) << run.shown();
+    EXPECT_EQ(kdeConnect.sent(), (std::vector<std::string>{"p1 1 m"}));
+    EXPECT_EQ(row({"request", "messages"}), "granted: Vesk can use Messages when you ask.");
 }
 
 TEST_F(MessagesProgram, TheReportStartsNothingAndARequestDoes) {

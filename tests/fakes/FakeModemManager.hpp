@@ -132,10 +132,10 @@ private:
             sd_bus_message_open_container(&message, 'e', "oa{sa{sv}}");
             sd_bus_message_append(&message, "o", modemPath(i).c_str());
             sd_bus_message_open_container(&message, 'a', "{sa{sv}}");
-            sd_bus_message_append(&message, "{sa{sv}}", "org.freedesktop.ModemManager1.Modem", 7, "Sim", "o", modem.simPath.c_str(), "Manufacturer", "s",
-                                  modem.manufacturer.c_str(), "Model", "s", modem.model.c_str(), "State", "i",
-                                  modem.state, "StateFailedReason", "u", modem.failedReason, "UnlockRequired", "u", 1U,
-                                  "Bearers", "ao", 0);
+            sd_bus_message_append(&message, "{sa{sv}}", "org.freedesktop.ModemManager1.Modem", 7, "Sim", "o",
+                                  modem.simPath.c_str(), "Manufacturer", "s", modem.manufacturer.c_str(), "Model", "s",
+                                  modem.model.c_str(), "State", "i", modem.state, "StateFailedReason", "u",
+                                  modem.failedReason, "UnlockRequired", "u", 1U, "Bearers", "ao", 0);
             if (modem.messaging)
                 sd_bus_message_append(&message, "{sa{sv}}", messagingInterface, 1, "DefaultStorage", "u", 2U);
             sd_bus_message_close_container(&message);
