@@ -30,7 +30,7 @@ TextingChat readConversation(sd_bus_message& message, const std::string& content
         readText(message);
         readAddresses(message, chat.numbers);
         chat.latest = readInteger(message, 'x');
-        if (!rest.empty()) BusConnection::required(sd_bus_message_skip(&message, rest.c_str()));
+        if (!rest.empty()) busRequired(sd_bus_message_skip(&message, rest.c_str()));
     });
     return chat;
 }
@@ -40,10 +40,10 @@ std::vector<TextingChat> readConversations(sd_bus_message& message) {
     std::vector<TextingChat> chats;
     readItems(message, 'a', "v", [&] {
         const char* signature = nullptr;
-        BusConnection::required(sd_bus_message_peek_type(&message, nullptr, &signature));
+        busRequired(sd_bus_message_peek_type(&message, nullptr, &signature));
         const std::string contents(signature == nullptr ? "" : signature);
         if (!contents.starts_with(messageStart)) {
-            BusConnection::required(sd_bus_message_skip(&message, "v"));
+            busRequired(sd_bus_message_skip(&message, "v"));
             return;
         }
         readItems(message, 'v', contents.c_str(), [&] { chats.push_back(readConversation(message, contents)); });

@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 #include <ostream>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace vesk {
 
@@ -235,6 +238,21 @@ TEST_F(DeviceMessagingTests, AServiceThatNeverAnswersEndsAtTheDeadline) {
     const MessagingServiceState state = survey().front();
     EXPECT_EQ(state.presence, ServicePresence::running);
     EXPECT_EQ(state.trouble, text);
+}
+
+TEST_F(DeviceMessagingTests, ABusThatNeverAnswersEndsAtTheDeadline) {
+    const TemporaryFolder folder;
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    (folder / "bus").copy(address.sun_path, sizeof address.sun_path - 1);
+    const int silent = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(::bind(silent, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(silent, 8), 0);
+    const ScopedVariables mute({{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + folder / "bus"},
+                                {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/session"}});
+    patience.request = patience.survey = milliseconds(60);
+    EXPECT_EQ(run(listing(5)), failed("The bus did not answer within 1 second."));
+    EXPECT_EQ(survey().front().trouble, "The bus did not answer within 1 second.");
+    ::close(silent);
 }
 
 TEST_F(DeviceMessagingTests, AServiceThatNeverAnswersLeavesTheOther) {
