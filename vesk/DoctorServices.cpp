@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/DesktopReach.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskSupport/Text.hpp"
+#include "vesk/DoctorMessaging.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -61,15 +62,6 @@ DoctorService storeService(const std::string& what, CapabilityKind kind, const s
     return result;
 }
 
-DoctorService messagesService() {
-    DoctorService result{"ModemManager or KDE Connect", {}};
-    const bool modem = installedProgram("ModemManager", {"/usr/sbin", "/usr/bin"}).has_value();
-    if (!modem && !installedProgram("kdeconnect-cli"))
-        result.findings.push_back(
-            {"Neither messaging service is installed.", "apt install modemmanager, or apt install kdeconnect"});
-    return result;
-}
-
 DoctorService mailService(Environment& environment) {
     const std::string root = mailFolder(environment);
     if (isFolder(root)) return {folderService("Maildir accounts", root), {}};
@@ -97,7 +89,7 @@ DoctorService serviceOf(CapabilityKind kind, Environment& environment, const std
     case CapabilityKind::calendar: return storeService("Calendar folders", kind, stores);
     case CapabilityKind::reminders: return storeService("To-do folders", kind, stores);
     case CapabilityKind::contacts: return storeService("vCard folders", kind, stores);
-    case CapabilityKind::messages: return messagesService();
+    case CapabilityKind::messages: return examineMessaging();
     case CapabilityKind::mail: return mailService(environment);
     case CapabilityKind::iCloud: return cloudService(environment);
     }

@@ -33,7 +33,10 @@ bool ConsentAutomation::isRunning(const std::string& bundleIdentifier) {
     return reach(bundleIdentifier) == ApplicationReach::ready;
 }
 
-void ConsentAutomation::launchAndWait(const ApplicationLaunch&) {}
+void ConsentAutomation::launchAndWait(const ApplicationLaunch& launch) {
+    const auto found = targets_.find(launch.bundleIdentifier);
+    if (found != targets_.end() && found->second.start) found->second.start();
+}
 
 std::optional<AutomationResult> ConsentAutomation::permission(const std::string& bundleIdentifier) {
     switch (reach(bundleIdentifier)) {

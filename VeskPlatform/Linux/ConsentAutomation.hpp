@@ -19,13 +19,15 @@ enum class ApplicationReach { absent, unready, ready };
 struct AutomationTarget {
     std::string consentRow;
     std::function<ApplicationReach()> reach;
+    /// Starts what is not ready and can be started; does not fail. Empty where there is nothing to start.
+    std::function<void()> start = {};
 };
 
 /// Targets by the bundle identifiers of the applications whose part they play.
 using AutomationTargets = std::map<std::string, AutomationTarget>;
 
-/// Scripted applications under the user's consent. One without a target is not installed. Nothing is ever launched:
-/// mail is a folder, and a bus starts its services itself when they are asked.
+/// Scripted applications under the user's consent. One without a target is not installed. Launching one starts what
+/// its target says, never the command that opens the application elsewhere.
 class ConsentAutomation : public ApplicationAutomation {
 public:
     ConsentAutomation(SqliteConsent& consent, AutomationTargets targets)

@@ -1,10 +1,12 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 
+#include "VeskPlatform/Linux/AdapterModule.hpp"
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/ContactStoreOptions.hpp"
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
+#include "VeskPlatform/Linux/LoadedMessaging.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
@@ -49,7 +51,7 @@ struct LinuxPlatform::Adapters {
     std::optional<DriveCloudAccount> cloudAccount;
     std::optional<TimerSleeper> sleeper;
     std::optional<UnscriptedMail> mail;
-    std::optional<UnscriptedMessages> messages;
+    std::optional<LoadedMessaging> messages;
     std::optional<UserPrompt> prompt;
     std::optional<SqliteConsent> consent;
     std::optional<ConsentAutomation> automation;
@@ -79,11 +81,22 @@ SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settin
 BundleInformation& LinuxPlatform::bundleInformation() { return built(adapters_->bundleInformation, fileReader()); }
 CloudAccount& LinuxPlatform::cloudAccount() { return built(adapters_->cloudAccount, environment()); }
 MailScriptRunner& LinuxPlatform::mailScriptRunner() { return built(adapters_->mail); }
-MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return built(adapters_->messages); }
+MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return loadedMessaging(); }
+LoadedMessaging& LinuxPlatform::loadedMessaging() {
+    return built(adapters_->messages, moduleFolderOf(runningExecutable()));
+}
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
 
 ApplicationAutomation& LinuxPlatform::applicationAutomation() {
-    return built(adapters_->automation, sqliteConsent(), AutomationTargets{});
+    if (!adapters_->automation) {
+        AutomationTargets targets;
+        targets["com.apple.mail"] = {.consentRow = "mail", .reach = [this] { return reachOfMail(environment()); }};
+        targets["com.apple.MobileSMS"] = {.consentRow = "messages",
+                                          .reach = [this] { return loadedMessaging().reach(); },
+                                          .start = [this] { loadedMessaging().start(); }};
+        adapters_->automation.emplace(sqliteConsent(), std::move(targets));
+    }
+    return *adapters_->automation;
 }
 
 Consent& LinuxPlatform::consent() { return sqliteConsent(); }

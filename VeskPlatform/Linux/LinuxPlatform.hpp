@@ -9,6 +9,7 @@
 
 namespace vesk {
 
+class LoadedMessaging;
 class SqliteConsent;
 
 /// What the adapters are told by the program that makes them.
@@ -49,6 +50,7 @@ public:
 
 private:
     struct Adapters;
+    LoadedMessaging& loadedMessaging();
     SqliteConsent& sqliteConsent();
 
     LinuxWiring wiring_;

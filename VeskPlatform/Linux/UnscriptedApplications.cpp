@@ -1,13 +1,7 @@
 #include "VeskPlatform/Linux/UnscriptedApplications.hpp"
 
-#include "VeskSupport/ErrorRecord.hpp"
-
-#include <cerrno>
-
 namespace vesk {
 
 MailScriptOutcome UnscriptedMail::run(const MailScript&) { return MailScriptNotMade{}; }
-
-ScriptRunResult UnscriptedMessages::run(const MessagesScript& script) { throw PosixError(ENOENT, script.program); }
 
 } // namespace vesk

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VeskPlatform/MailScriptRunner.hpp"
-#include "VeskPlatform/MessagesScriptRunner.hpp"
 
 namespace vesk {
 
@@ -9,12 +8,6 @@ namespace vesk {
 class UnscriptedMail : public MailScriptRunner {
 public:
     MailScriptOutcome run(const MailScript&) override;
-};
-
-/// Stands where nothing plays the part of the messaging program: the script runner is not there to be started.
-class UnscriptedMessages : public MessagesScriptRunner {
-public:
-    ScriptRunResult run(const MessagesScript& script) override;
 };
 
 } // namespace vesk

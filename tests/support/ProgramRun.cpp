@@ -131,7 +131,11 @@ std::filesystem::path freshFolder() {
 } // namespace
 
 ProgramRun::ProgramRun(std::filesystem::path program) : program_(std::move(program)), folder_(freshFolder()) {
-    environment = {{"HOME", folder_.string()}, {"PATH", "/usr/bin:/bin"}, {"LC_ALL", "C.UTF-8"}, {"TZ", "UTC"}};
+    environment = {{"HOME", folder_.string()},
+                   {"PATH", "/usr/bin:/bin"},
+                   {"LC_ALL", "C.UTF-8"},
+                   {"TZ", "UTC"},
+                   {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (folder_ / "no-bus").string()}};
 }
 
 ProgramRun::~ProgramRun() {

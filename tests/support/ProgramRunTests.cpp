@@ -29,7 +29,8 @@ TEST(ProgramRun, EnvironmentIsScrubbed) {
     ProgramRun program("/bin/sh");
     program.environment["VESK_STATE_DIR"] = "/x y";
     const auto result = shell(program, "env | grep -v -e ^PWD= -e ^_= -e ^SHLVL= | sort; pwd");
-    EXPECT_EQ(result.output, "HOME=" + program.folder().string() + "\nLC_ALL=C.UTF-8\nPATH=/usr/bin:/bin\nTZ=UTC\n"
+    EXPECT_EQ(result.output, "DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + program.folder().string() + "/no-bus\nHOME="
+                                 + program.folder().string() + "\nLC_ALL=C.UTF-8\nPATH=/usr/bin:/bin\nTZ=UTC\n"
                                  + "VESK_STATE_DIR=/x y\n" + program.folder().string() + "\n")
         << result;
 }

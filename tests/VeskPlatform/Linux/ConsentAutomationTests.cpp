@@ -99,7 +99,17 @@ TEST_F(ConsentAutomationTests, AnUnusableDatabaseIsAnUnknownResult) {
     EXPECT_EQ(requested(), -1);
 }
 
-TEST_F(ConsentAutomationTests, NothingIsLaunched) {
+TEST_F(ConsentAutomationTests, LaunchingStartsWhatTheTargetSays) {
+    reach = ApplicationReach::unready;
+    ConsentAutomation startable{
+        consent, {{"app.id", {"mail", [this] { return reach; }, [this] { reach = ApplicationReach::ready; }}}}};
+    startable.launchAndWait({"other.id", {}});
+    EXPECT_FALSE(startable.isRunning("app.id"));
+    startable.launchAndWait({"app.id", {"/bin/false"}});
+    EXPECT_TRUE(startable.isRunning("app.id"));
+}
+
+TEST_F(ConsentAutomationTests, TheCommandOfALaunchIsNotRun) {
     reach = ApplicationReach::unready;
     automation.launchAndWait({"app.id", {"/bin/sh", "-c", "echo > '" + folder / "launched" + "'"}});
     EXPECT_FALSE(folder.exists("launched"));

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "VeskPlatform/Linux/Messaging/BusMessage.hpp"
+#include "VeskPlatform/Linux/Messaging/Messaging.hpp"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <systemd/sd-bus.h>
+
+namespace vesk {
+
+enum class BusKind { system, session };
+
+struct BusObject {
+    std::string service, path, interface;
+
+    BusObject with(const std::string& otherPath, const std::string& otherInterface) const {
+        return {service, otherPath, otherInterface};
+    }
+};
+
+/// One bus of this user's. Nothing waits past its deadline. All failures are BusErrors.
+class BusConnection {
+public:
+    BusConnection(BusKind kind, std::chrono::milliseconds patience);
+
+    ServicePresence presence(const std::string& service, std::chrono::milliseconds patience);
+    /// Has the bus start a dormant service and waits for it.
+    void start(const std::string& service, std::chrono::milliseconds patience);
+
+    /// Calls a method with arguments as sd_bus_message_append(3) takes them.
+    template <class... Arguments>
+    BusMessage call(const BusObject& object, const char* method, std::chrono::milliseconds patience,
+                    const char* types = "", Arguments... arguments) {
+        const BusMessage message = newCall(object, method);
+        busRequired(sd_bus_message_append(message.get(), types, arguments...));
+        return answer(*message, patience);
+    }
+    /// All properties of the object's interface.
+    BusProperties properties(const BusObject& object, std::chrono::milliseconds patience);
+
+    /// Runs `cause` and waits for signals of the object's interface, until none has come for `first` (the first one)
+    /// or `next` (any other).
+    void awaitSignals(const BusObject& object, const std::function<void()>& cause, std::chrono::milliseconds first,
+                      std::chrono::milliseconds next);
+
+private:
+    struct Release {
+        /// Without flushing, which would wait for a bus that never answers; every call has had its answer anyway.
+        void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+    };
+
+    BusMessage newCall(const BusObject& object, const char* method);
+    BusMessage answer(sd_bus_message& message, std::chrono::milliseconds patience);
+    void awaitReadiness(std::chrono::milliseconds patience);
+
+    std::unique_ptr<sd_bus, Release> bus_;
+};
+
+} // namespace vesk
