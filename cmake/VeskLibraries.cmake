@@ -32,6 +32,12 @@ add_library(third_plist INTERFACE)
 target_include_directories(third_plist SYSTEM INTERFACE ${VESK_INCLUDE_PLIST})
 target_link_libraries(third_plist INTERFACE ${VESK_LIBRARY_PLIST})
 
+# Only modules link it: as part of a program it would cost each start a millisecond.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(VESK_GMIME REQUIRED IMPORTED_TARGET gmime-3.0)
+add_library(third_gmime INTERFACE)
+target_link_libraries(third_gmime INTERFACE PkgConfig::VESK_GMIME)
+
 find_path(VESK_INCLUDE_JSON nlohmann/json.hpp REQUIRED)
 add_library(third_json INTERFACE)
 target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})

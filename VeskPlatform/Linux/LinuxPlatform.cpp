@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
+#include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
@@ -47,7 +48,7 @@ struct LinuxPlatform::Adapters {
     std::optional<PropertyListBundleInformation> bundleInformation;
     std::optional<DriveCloudAccount> cloudAccount;
     std::optional<TimerSleeper> sleeper;
-    std::optional<UnscriptedMail> mail;
+    std::optional<MaildirScriptRunner> mail;
     std::optional<UnscriptedMessages> messages;
     std::optional<UserPrompt> prompt;
     std::optional<SqliteConsent> consent;
@@ -77,12 +78,22 @@ SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settin
 
 BundleInformation& LinuxPlatform::bundleInformation() { return built(adapters_->bundleInformation, fileReader()); }
 CloudAccount& LinuxPlatform::cloudAccount() { return built(adapters_->cloudAccount, environment()); }
-MailScriptRunner& LinuxPlatform::mailScriptRunner() { return built(adapters_->mail); }
 MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return built(adapters_->messages); }
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
 
 ApplicationAutomation& LinuxPlatform::applicationAutomation() {
-    return built(adapters_->automation, sqliteConsent(), AutomationTargets{});
+    if (!adapters_->automation) {
+        const AutomationTargets targets{
+            {"com.apple.mail", {"mail", [this] { return reachOfMail(environment()); }}},
+        };
+        adapters_->automation.emplace(sqliteConsent(), targets);
+    }
+    return *adapters_->automation;
+}
+
+MailScriptRunner& LinuxPlatform::mailScriptRunner() {
+    if (!adapters_->mail) adapters_->mail.emplace(mailOptions(environment(), localeSettings(), clock(), wiring_.log));
+    return *adapters_->mail;
 }
 
 Consent& LinuxPlatform::consent() { return sqliteConsent(); }

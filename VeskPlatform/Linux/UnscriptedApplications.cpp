@@ -6,8 +6,6 @@
 
 namespace vesk {
 
-MailScriptOutcome UnscriptedMail::run(const MailScript&) { return MailScriptNotMade{}; }
-
 ScriptRunResult UnscriptedMessages::run(const MessagesScript& script) { throw PosixError(ENOENT, script.program); }
 
 } // namespace vesk

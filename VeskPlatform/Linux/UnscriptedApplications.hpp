@@ -1,15 +1,8 @@
 #pragma once
 
-#include "VeskPlatform/MailScriptRunner.hpp"
 #include "VeskPlatform/MessagesScriptRunner.hpp"
 
 namespace vesk {
-
-/// Stands where nothing plays the part of the mail program: no script can be made for it.
-class UnscriptedMail : public MailScriptRunner {
-public:
-    MailScriptOutcome run(const MailScript&) override;
-};
 
 /// Stands where nothing plays the part of the messaging program: the script runner is not there to be started.
 class UnscriptedMessages : public MessagesScriptRunner {
