@@ -7,6 +7,7 @@
 #include <unicode/coll.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/utext.h>
 #include <unicode/utf8.h>
 
 namespace vesk {
@@ -69,6 +70,43 @@ template <class Predicate> std::vector<std::string> runsOf(std::string_view text
 }
 
 icu::Collator* collator(void* p) { return static_cast<icu::Collator*>(p); }
+
+/// Whether each byte is a character: only a carriage return before a line feed makes two ASCII characters one.
+bool hasOnlySimpleCharacters(std::string_view text) {
+    return isAscii(text) && text.find('\r') == std::string_view::npos;
+}
+
+/// Walks over the grapheme clusters of a text.
+class CharacterWalk {
+public:
+    struct Way {
+        std::size_t taken = 0, bytes = 0;
+    };
+
+    explicit CharacterWalk(std::string_view text) : text_(text) {}
+
+    /// How far `count` steps lead, or as many as there are.
+    Way steps(std::size_t count) const {
+        UErrorCode status = U_ZERO_ERROR;
+        UText source = UTEXT_INITIALIZER;
+        utext_openUTF8(&source, text_.data(), static_cast<std::int64_t>(text_.size()), &status);
+        const std::unique_ptr<icu::BreakIterator> boundaries(
+            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        if (U_SUCCESS(status)) boundaries->setText(&source, status);
+        Way way;
+        while (U_SUCCESS(status) && way.taken < count) {
+            const std::int32_t end = boundaries->next();
+            if (end == icu::BreakIterator::DONE) break;
+            ++way.taken;
+            way.bytes = static_cast<std::size_t>(end);
+        }
+        utext_close(&source);
+        return way;
+    }
+
+private:
+    std::string_view text_;
+};
 
 icu::StringPiece piece(std::string_view text) { return {text.data(), static_cast<std::int32_t>(text.size())}; }
 
@@ -168,17 +206,13 @@ std::vector<std::string_view> lines(std::string_view text) {
 }
 
 std::size_t characterCount(std::string_view text) {
-    // Only a carriage return before a line feed makes two ASCII characters one.
-    if (isAscii(text) && text.find('\r') == std::string_view::npos) return text.size();
-    const icu::UnicodeString characters = icu::UnicodeString::fromUTF8(piece(text));
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::BreakIterator> boundaries(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    if (U_FAILURE(status)) return static_cast<std::size_t>(characters.countChar32());
-    boundaries->setText(characters);
-    std::size_t count = 0;
-    while (boundaries->next() != icu::BreakIterator::DONE) ++count;
-    return count;
+    if (hasOnlySimpleCharacters(text)) return text.size();
+    return CharacterWalk(text).steps(SIZE_MAX).taken;
+}
+
+std::string_view firstCharacters(std::string_view text, std::size_t count) {
+    if (text.size() <= count || hasOnlySimpleCharacters(text.substr(0, count + 1))) return text.substr(0, count);
+    return text.substr(0, CharacterWalk(text).steps(count).bytes);
 }
 
 CaseInsensitiveCollator::CaseInsensitiveCollator(const std::string& localeIdentifier) : collator_(nullptr) {

@@ -50,6 +50,9 @@ std::vector<std::string_view> lines(std::string_view text);
 /// The characters of `text` as people count them: its extended grapheme clusters (Unicode Standard Annex 29).
 std::size_t characterCount(std::string_view text);
 
+/// The first `count` of these characters of well-formed `text`, or all of it.
+std::string_view firstCharacters(std::string_view text, std::size_t count);
+
 /// Case-insensitive order of a locale (an ICU identifier such as "de_DE"; unknown ones mean the root order).
 class CaseInsensitiveCollator {
 public:

@@ -39,6 +39,12 @@ add_library(third_systemd INTERFACE)
 target_include_directories(third_systemd SYSTEM INTERFACE ${VESK_INCLUDE_SYSTEMD})
 target_link_libraries(third_systemd INTERFACE ${VESK_LIBRARY_SYSTEMD})
 
+# Only modules link it: as part of a program it would cost each start a millisecond.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(VESK_GMIME REQUIRED IMPORTED_TARGET gmime-3.0)
+add_library(third_gmime INTERFACE)
+target_link_libraries(third_gmime INTERFACE PkgConfig::VESK_GMIME)
+
 find_path(VESK_INCLUDE_JSON nlohmann/json.hpp REQUIRED)
 add_library(third_json INTERFACE)
 target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})

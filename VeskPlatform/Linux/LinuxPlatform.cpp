@@ -7,6 +7,7 @@
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
+#include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
@@ -18,7 +19,6 @@
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
 #include "VeskPlatform/Linux/ThreadSerialQueue.hpp"
 #include "VeskPlatform/Linux/TimerSleeper.hpp"
-#include "VeskPlatform/Linux/UnscriptedApplications.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskPlatform/Linux/UserPrompt.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -50,7 +50,7 @@ struct LinuxPlatform::Adapters {
     std::optional<PropertyListBundleInformation> bundleInformation;
     std::optional<DriveCloudAccount> cloudAccount;
     std::optional<TimerSleeper> sleeper;
-    std::optional<UnscriptedMail> mail;
+    std::optional<MaildirScriptRunner> mail;
     std::optional<LoadedMessaging> messages;
     std::optional<UserPrompt> prompt;
     std::optional<SqliteConsent> consent;
@@ -80,7 +80,6 @@ SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settin
 
 BundleInformation& LinuxPlatform::bundleInformation() { return built(adapters_->bundleInformation, fileReader()); }
 CloudAccount& LinuxPlatform::cloudAccount() { return built(adapters_->cloudAccount, environment()); }
-MailScriptRunner& LinuxPlatform::mailScriptRunner() { return built(adapters_->mail); }
 MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return loadedMessaging(); }
 LoadedMessaging& LinuxPlatform::loadedMessaging() {
     return built(adapters_->messages, moduleFolderOf(runningExecutable()));
@@ -97,6 +96,11 @@ ApplicationAutomation& LinuxPlatform::applicationAutomation() {
         adapters_->automation.emplace(sqliteConsent(), std::move(targets));
     }
     return *adapters_->automation;
+}
+
+MailScriptRunner& LinuxPlatform::mailScriptRunner() {
+    if (!adapters_->mail) adapters_->mail.emplace(mailOptions(environment(), localeSettings(), clock(), wiring_.log));
+    return *adapters_->mail;
 }
 
 Consent& LinuxPlatform::consent() { return sqliteConsent(); }

@@ -4,6 +4,12 @@
 
 namespace vesk {
 
+bool SqliteFailure::isOfNoUse() const {
+    const int kind = code & 0xFF;
+    return kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB || kind == SQLITE_ERROR || kind == SQLITE_CONSTRAINT
+           || kind == SQLITE_MISMATCH;
+}
+
 SqliteConnection::SqliteConnection(const std::string& path, std::chrono::milliseconds patience) {
     // A connection for writing also rolls back what a killed writer left behind, which reading alone could not.
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
@@ -54,11 +60,13 @@ bool SqliteQuery::next() {
 
 void SqliteQuery::rewind() { sqlite3_reset(statement_); }
 
-std::string SqliteQuery::text(int column) const {
+std::string_view SqliteQuery::view(int column) const {
     const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_, column));
     const int length = sqlite3_column_bytes(statement_, column);
-    return bytes == nullptr ? std::string() : std::string(bytes, static_cast<std::size_t>(length));
+    return bytes == nullptr ? std::string_view() : std::string_view(bytes, static_cast<std::size_t>(length));
 }
+
+std::string SqliteQuery::text(int column) const { return std::string(view(column)); }
 
 std::optional<std::int64_t> SqliteQuery::number(int column) const {
     if (sqlite3_column_type(statement_, column) != SQLITE_INTEGER) return std::nullopt;

@@ -16,6 +16,9 @@ namespace vesk {
 /// A failure of SQLite: the extended result code and SQLite's own text. Its users say what it means for people.
 struct SqliteFailure : std::runtime_error {
     SqliteFailure(int resultCode, const std::string& text) : std::runtime_error(text), code(resultCode) {}
+    /// Whether the file is of no use to those who can make it anew: damaged, no database, or one with other tables.
+    bool isOfNoUse() const;
+
     int code;
 };
 
@@ -55,6 +58,8 @@ public:
     void rewind();
     /// Text or bytes, as they stand.
     std::string text(int column) const;
+    /// The same without a copy; valid until the next step.
+    std::string_view view(int column) const;
     /// None where the column holds something else than a whole number.
     std::optional<std::int64_t> number(int column) const;
 

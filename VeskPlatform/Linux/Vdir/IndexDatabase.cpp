@@ -5,7 +5,6 @@
 
 #include <fcntl.h>
 #include <filesystem>
-#include <sqlite3.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -15,13 +14,6 @@ namespace {
 
 /// Another process holds the database only for the moment of a write.
 constexpr std::chrono::milliseconds patience{50};
-
-/// Whether the file is no index of ours: damaged, no database, or one with other tables.
-bool isUseless(const SqliteFailure& failure) {
-    const int kind = failure.code & 0xFF;
-    return kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB || kind == SQLITE_ERROR || kind == SQLITE_CONSTRAINT
-           || kind == SQLITE_MISMATCH;
-}
 
 } // namespace
 
@@ -73,7 +65,7 @@ bool IndexDatabase::tryToStore(const std::string& collectionPath, const std::str
         return true;
     } catch (const SqliteFailure& failure) {
         connection_.reset();
-        if (!isUseless(failure)) return true;
+        if (!failure.isOfNoUse()) return true;
         ::unlink(path_.c_str());
         ::unlink((path_ + "-journal").c_str());
         return false;

@@ -1,6 +1,8 @@
 #include "VeskPlatform/Linux/AdapterModule.hpp"
 
-#include <filesystem>
+#include "VeskPlatform/Linux/MainBundle.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,44 +11,41 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::string folder = VESK_BINARY_DIR "/lib/vesk";
-
-/// What opening a module and asking it for a function fails with.
-std::string failureOf(const std::string& moduleFolder, const std::string& name, const char* function) {
+std::string failureOf(const std::string& folder, const std::string& name, const char* symbol) {
     try {
-        AdapterModule(moduleFolder, name, "libsystemd0").function<void()>(function);
+        const AdapterModule module(folder, name, "libexample0");
+        module.function<void()>(symbol);
     } catch (const AdapterModuleMissing& error) {
         EXPECT_EQ(error.domain(), "VeskAdapterModule");
         EXPECT_EQ(error.code(), 1);
         return error.description();
     }
-    return "no failure";
+    return {};
 }
 
-TEST(AdapterModuleTests, ModulesLieBesideTheProgramsFolder) {
-    EXPECT_EQ(moduleFolderOf("/opt/vesk/bin/vesk"), "/opt/vesk/lib/vesk");
+const std::string here = moduleFolderOf(runningExecutable());
+
+TEST(AdapterModule, LiesBesideTheProgramsFolder) {
+    EXPECT_EQ(moduleFolderOf("/opt/vesk/bin/program"), "/opt/vesk/lib/vesk");
 }
 
-TEST(AdapterModuleTests, AFunctionIsFoundAndFoundAgain) {
-    const AdapterModule module(folder, "messaging", "libsystemd0"), again(folder, "messaging", "libsystemd0");
-    EXPECT_NE(module.function<void()>("veskMessaging"), nullptr);
-    EXPECT_EQ(module.function<void()>("veskMessaging"), again.function<void()>("veskMessaging"));
+TEST(AdapterModule, OffersItsFunctions) { EXPECT_EQ(failureOf(here, "gmime", "vesk_message_reader"), ""); }
+
+TEST(AdapterModule, NamesThePackageWhereSomethingIsMissing) {
+    const test::TemporaryFolder folder;
+    folder.write("vesk-broken.so", "no library");
+    for (const auto& [place, name] : {std::pair(here, "none"), std::pair(folder.path(), "broken")})
+        EXPECT_THAT(failureOf(place, name, "f"),
+                    HasSubstr(std::string("The module vesk-") + name
+                              + ".so cannot be loaded; install the package libexample0. ("));
+    EXPECT_THAT(failureOf(here, "gmime", "no_such_function"), HasSubstr("no_such_function"));
 }
 
-TEST(AdapterModuleTests, AMissingModuleNamesItsPlaceAndThePackage) {
-    const std::string text = failureOf(folder, "nothing", "any");
-    EXPECT_THAT(text, HasSubstr("install the package libsystemd0"));
-    EXPECT_THAT(text, HasSubstr(folder + "/vesk-nothing.so"));
-}
-
-TEST(AdapterModuleTests, AModuleWithoutTheFunctionIsAFailureToo) {
-    EXPECT_THAT(failureOf(folder, "messaging", "veskNothing"), HasSubstr("veskNothing"));
-}
-
-TEST(AdapterModuleTests, OnlyAnAbsoluteFolderIsLookedInto) {
-    const std::string relative = std::filesystem::relative(folder).string();
-    EXPECT_THAT(failureOf(relative, "messaging", "veskMessaging"), HasSubstr("its folder is unknown"));
-    EXPECT_THAT(failureOf("", "messaging", "veskMessaging"), HasSubstr("its folder is unknown"));
+TEST(AdapterModule, IsNeverLookedForElsewhere) {
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(here);
+    for (const char* folder : {"", "."}) EXPECT_NE(failureOf(folder, "gmime", "vesk_message_reader"), "") << folder;
+    std::filesystem::current_path(before);
 }
 
 } // namespace
