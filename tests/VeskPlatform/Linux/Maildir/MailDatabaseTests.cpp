@@ -107,6 +107,14 @@ TEST_F(MailDatabases, KeepAStateOnlyWhereNobodyElseWrote) {
     EXPECT_EQ(other.folder("/mail/INBOX").state, "second");
 }
 
+TEST_F(MailDatabases, MayChangeWhatAnotherChangedSinceItWasRead) {
+    MailDatabase other(path);
+    database.folder("/mail/INBOX");
+    other.change([&] { other.touch(inbox); });
+    database.change([&] { database.touch(inbox); });
+    EXPECT_EQ(other.folder("/mail/INBOX").changes, 2);
+}
+
 TEST_F(MailDatabases, UndoAChangeThatFails) {
     EXPECT_THROW(database.change([&] {
         database.add(inbox, message("a", 1));
