@@ -1,6 +1,7 @@
 #include "VeskSupport/Text.hpp"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace vesk {
 namespace {
@@ -92,6 +93,22 @@ TEST(CharacterCount, CountsWhatPeopleSee) {
         {"a\xff", 2},
     };
     for (const auto& [text, count] : cases) EXPECT_EQ(characterCount(text), count) << text;
+}
+
+TEST(Text, FirstCharactersAreThoseThatPeopleCount) {
+    const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467", accented = "e\u0301";
+    const std::tuple<std::string, std::size_t, std::string> cases[] = {
+        {"", 3, ""},
+        {"abc", 0, ""},
+        {"abc", 2, "ab"},
+        {"abc", 9, "abc"},
+        {"a\r\nb", 2, "a\r\n"},
+        {"ab" + accented, 2, "ab"},
+        {accented + "x", 1, accented},
+        {family + family + "x", 2, family + family},
+        {family + family, 9, family + family},
+    };
+    for (const auto& [text, count, first] : cases) EXPECT_EQ(firstCharacters(text, count), first) << text << count;
 }
 
 TEST(Collation, IgnoresCaseAndFollowsTheLocale) {

@@ -45,10 +45,10 @@ std::string messageIdOf(GMimeMessage* message) {
 
 std::string shown(InternetAddress* address) {
     const char* name = internet_address_get_name(address);
-    const std::string label = name != nullptr ? name : "";
+    std::string label = name != nullptr ? name : "";
     if (!INTERNET_ADDRESS_IS_MAILBOX(address)) return label;
     const char* box = internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(address));
-    const std::string bare = box != nullptr ? box : "";
+    std::string bare = box != nullptr ? box : "";
     return label.empty() ? bare : bare.empty() ? label : label + " <" + bare + ">";
 }
 

@@ -2,7 +2,7 @@
 
 #include "VeskPlatform/Linux/Maildir/MessageReader.hpp"
 
-typedef struct _GMimeParserOptions GMimeParserOptions;
+#include <gmime/gmime.h>
 
 namespace vesk::maildir {
 

@@ -15,9 +15,9 @@
 namespace vesk::maildir {
 namespace {
 
-/// What most messages are smaller than, and what nobody waits for.
-constexpr std::uint64_t firstWindow = 256 * 1024, lastWindow = 8 * 1024 * 1024;
-constexpr std::uint64_t firstHeaderWindow = 8 * 1024, mostHeaderBytes = 1024 * 1024;
+/// What most messages are smaller than, and all that is looked at of others.
+constexpr std::uint64_t kilobyte = 1024, firstWindow = 256 * kilobyte, lastWindow = 8192 * kilobyte;
+constexpr std::uint64_t firstHeaderWindow = 8 * kilobyte, mostHeaderBytes = 1024 * kilobyte;
 
 Instant instantOf(const timespec& time) {
     return Instant(std::chrono::seconds(time.tv_sec) + std::chrono::milliseconds(time.tv_nsec / 1'000'000));

@@ -1,6 +1,8 @@
 #include "VeskPlatform/Linux/Maildir/MaildirScriptRunner.hpp"
 
+#include "VeskPlatform/Linux/Maildir/MailDatabase.hpp"
 #include "tests/VeskPlatform/Linux/Maildir/MailWorld.hpp"
+#include "tests/support/Privileges.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -98,15 +100,18 @@ TEST_F(MaildirRunner, ChangesAreNoticed) {
     EXPECT_THAT(mail.recent(), ElementsAre("second"));
 }
 
-TEST_F(MaildirRunner, ChangesAreNoticedWhereTimesCannotTell) {
-    mail.now = Instant{}; // all was written just now, as far as the runner knows
+TEST_F(MaildirRunner, AFolderIsListedAgainWhereItsTimesCannotTellYet) {
     deliver("first");
+    const auto state = [&] {
+        maildir::MailDatabase database(mail.options.cacheFolder + "/mail.sqlite");
+        return database.folder(mail.path("home/INBOX")).state;
+    };
+    const Instant later = std::exchange(mail.now, Instant{}); // all was written just now, as far as the runner knows
     EXPECT_THAT(mail.recent(), ElementsAre("first"));
-    const fs::path cur = mail.path("home/INBOX/cur");
-    const auto time = fs::last_write_time(cur);
-    deliver("second");
-    fs::last_write_time(cur, time);
-    EXPECT_THAT(mail.recent(), ElementsAre("second", "first"));
+    EXPECT_EQ(state(), "");
+    mail.now = later;
+    EXPECT_THAT(mail.recent(), ElementsAre("first"));
+    EXPECT_NE(state(), "");
 }
 
 TEST_F(MaildirRunner, AWarmAnswerReadsNoMessage) {
@@ -224,6 +229,42 @@ TEST_F(MaildirRunner, WhatIsNoMessageFileIsPassedOver) {
     ::mkfifo(mail.path("home/INBOX/cur/pipe:2,").c_str(), 0600);
     fs::create_symlink("nowhere", mail.path("home/INBOX/cur/link:2,"));
     EXPECT_THAT(mail.recent(), ElementsAre("message"));
+    EXPECT_THAT(mail.logged, IsEmpty());
+}
+
+TEST_F(MaildirRunner, AMessageThatCannotBeReadIsToldAndTriedAgain) {
+    deliver("message");
+    const fs::path place = mail.path("home/INBOX/cur/9:2,");
+    fs::create_symlink(place, place);
+    for (std::size_t runs = 1; runs < 3; ++runs) {
+        EXPECT_THAT(mail.recent(), ElementsAre("message"));
+        EXPECT_EQ(mail.logged, std::vector<std::string>(runs, "mail-store messages unreadable errno=40 count=1"));
+    }
+}
+
+TEST_F(MaildirRunner, AFolderThatCannotBeListedIsPassedOver) {
+    deliver("open");
+    deliver("closed", "work/INBOX");
+    const fs::path closed = mail.path("work/INBOX/cur");
+    fs::permissions(closed, fs::perms::none);
+    {
+        const test::WithoutPrivileges ordinary;
+        EXPECT_THAT(mail.recent(), ElementsAre("open"));
+    }
+    EXPECT_THAT(mail.logged, ElementsAre("mail-store folder unreadable errno=13"));
+    fs::permissions(closed, fs::perms::owner_all);
+    EXPECT_THAT(mail.recent(), ElementsAre("closed", "open"));
+}
+
+TEST_F(MaildirRunner, AnotherRootHasOtherMail) {
+    deliver("first root");
+    EXPECT_EQ(mail.rows(bySender("anna")).size(), 1U);
+    mail.options.root = mail.folder / "mail2";
+    mail.folder.write("mail2/home/cur/1:2,", MailText().subject("second root").bytes());
+    fs::create_directories(mail.folder / "mail2/home/new");
+    EXPECT_THAT(mail.subjects(bySender("anna")), ElementsAre("second root"));
+    mail.options.root = mail.folder / "mail";
+    EXPECT_THAT(mail.subjects(bySender("anna")), ElementsAre("first root"));
 }
 
 TEST_F(MaildirRunner, AMessageThatMovedSinceItWasListedIsFoundAgain) {
@@ -299,6 +340,19 @@ TEST_F(MaildirIndexFile, IsMadeAnewWhereItIsDamaged) {
         EXPECT_THAT(mail.recent(), ElementsAre("first")) << "it is kept again";
         mail.options.moduleFolder = moduleFolderOf(runningExecutable());
     }
+}
+
+TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBeWritten) {
+    deliver("first");
+    mail.recent();
+    deliver("second");
+    fs::permissions(mail.options.cacheFolder, fs::perms::owner_read | fs::perms::owner_exec);
+    fs::permissions(file, fs::perms::owner_read);
+    {
+        const test::WithoutPrivileges ordinary;
+        EXPECT_THAT(mail.recent(), ElementsAre("second", "first"));
+    }
+    fs::permissions(mail.options.cacheFolder, fs::perms::owner_all);
 }
 
 TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBe) {

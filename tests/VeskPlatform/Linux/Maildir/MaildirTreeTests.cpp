@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Maildir/MaildirTree.hpp"
 
 #include "VeskSupport/ErrorRecord.hpp"
+#include "tests/support/Privileges.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -109,6 +110,17 @@ TEST_F(MaildirTree, LinksToMailElsewhereCount) {
     for (const char* part : {"cur", "new"}) fs::create_directories(fs::path(folder / "elsewhere") / part);
     fs::create_directory_symlink(folder / "elsewhere", fs::path(root) / "home/Linked");
     EXPECT_EQ(found(), (Lines{"home|INBOX*", "home|Linked"}));
+}
+
+TEST_F(MaildirTree, FoldersThatCannotBeReadArePassedOver) {
+    maildirs({"home/INBOX", "home/Closed", "closed/INBOX"});
+    for (const char* name : {"home/Closed", "closed"}) fs::permissions(fs::path(root) / name, fs::perms::none);
+    const test::WithoutPrivileges ordinary;
+    EXPECT_EQ(found(), (Lines{"home|INBOX*"}));
+    EXPECT_EQ(unreadable, (Lines{"closed 13", "Closed 13"}));
+    fs::permissions(root, fs::perms::none);
+    EXPECT_THROW(found(), PosixError);
+    for (const char* name : {"", "home/Closed", "closed"}) fs::permissions(fs::path(root) / name, fs::perms::owner_all);
 }
 
 TEST_F(MaildirTree, NamesAreRepaired) {
