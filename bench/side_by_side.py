@@ -15,13 +15,14 @@ from pathlib import Path
 
 import calendars
 import contacts
+import mail
 import micro
 import start
 import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
-SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts}
+SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail}
 
 
 def parsed_arguments():
