@@ -23,13 +23,6 @@ vdir::FileSignature signatureOf(const std::string& folder) {
     return {status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim), 0};
 }
 
-bool isOlderThan(const vdir::FileSignature& signature, std::int64_t now) {
-    constexpr std::int64_t millisecond = 1'000'000;
-    // Whole seconds are what file systems with coarse times give (two seconds on FAT).
-    const bool coarse = signature.changed % (1000 * millisecond) == 0;
-    return signature.changed <= now - (coarse ? 3000 * millisecond : 100 * millisecond);
-}
-
 std::string textOf(const vdir::FileSignature& signature) {
     return std::to_string(signature.inode) + " " + std::to_string(signature.modified) + " "
            + std::to_string(signature.changed);
@@ -62,7 +55,7 @@ std::string FolderState::text() const { return textOf(newFiles) + " " + textOf(c
 
 bool FolderState::isSettled(Instant now) const {
     const std::int64_t time = std::chrono::nanoseconds(now.time_since_epoch()).count();
-    return isOlderThan(newFiles, time) && isOlderThan(curFiles, time);
+    return vdir::isSettled(newFiles, time) && vdir::isSettled(curFiles, time);
 }
 
 FolderState folderState(const std::string& folder) {

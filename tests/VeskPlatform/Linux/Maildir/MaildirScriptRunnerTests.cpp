@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Maildir/MaildirScriptRunner.hpp"
 
 #include "VeskPlatform/Linux/Maildir/MailDatabase.hpp"
+#include "VeskPlatform/Linux/SqliteConnection.hpp"
 #include "tests/VeskPlatform/Linux/Maildir/MailWorld.hpp"
 #include "tests/support/Privileges.hpp"
 
@@ -340,6 +341,15 @@ TEST_F(MaildirIndexFile, IsMadeAnewWhereItIsDamaged) {
         EXPECT_THAT(mail.recent(), ElementsAre("first")) << "it is kept again";
         mail.options.moduleFolder = moduleFolderOf(runningExecutable());
     }
+}
+
+TEST_F(MaildirIndexFile, AnswersWhileAnotherWrites) {
+    deliver("first");
+    const auto rows = mail.rows(recent);
+    SqliteConnection writer(file.string(), std::chrono::seconds(1));
+    writer.run("BEGIN IMMEDIATE; DELETE FROM message");
+    mail.options.moduleFolder = "/nowhere";
+    EXPECT_EQ(mail.rows(recent), rows);
 }
 
 TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBeWritten) {
