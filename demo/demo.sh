@@ -38,7 +38,7 @@ place() {
     done
     while [[ $text =~ @MAIL([+-][0-9]+)@ ]]; do
         offset=${BASH_REMATCH[1]}
-        text=${text//"@MAIL$offset@"/$(LC_ALL=C date -u -R -d "$today 08:30 $offset days")}
+        text=${text//"@MAIL$offset@"/$(LC_ALL=C date -u -R -d "$today $offset days 08:30")}
     done
     # Calendars and cards end their lines with CR LF, stored mail with LF.
     if [[ $1 == "$samples"/mail/* ]]; then cat <<<"$text" >"$2"; else sed 's/$/\r/' <<<"$text" >"$2"; fi
