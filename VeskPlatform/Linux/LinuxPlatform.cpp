@@ -2,8 +2,8 @@
 
 #include "VeskPlatform/Linux/AdapterModule.hpp"
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
-#include "VeskPlatform/Linux/ContactStoreOptions.hpp"
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
+#include "VeskPlatform/Linux/ContactStoreOptions.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"

@@ -1,7 +1,7 @@
 // The built broker over address books.
 
+#include "tests/broker/StoreProgram.hpp"
 #include "tests/support/Privileges.hpp"
-#include "tests/support/ProgramRun.hpp"
 
 #include <filesystem>
 #include <fstream>
@@ -27,38 +27,10 @@ std::size_t countOf(const std::string& text, const std::string& part) {
     return count;
 }
 
-class ContactStoreProgram : public testing::Test {
+class ContactStoreProgram : public test::StoreProgram {
 protected:
-    ProgramRun program{VESK_BINARY_DIR "/bin/VeskCapabilityBroker"};
-    const fs::path root = program.folder() / "contacts";
+    ContactStoreProgram() : StoreProgram("contacts", "VESK_CONTACTS_DIR", "contacts") {}
 
-    ContactStoreProgram() {
-        program.deadline = std::chrono::seconds(20);
-        program.environment["VESK_CONTACTS_DIR"] = root.string();
-        program.environment["VESK_STATE_DIR"] = (program.folder() / "state").string();
-        program.environment["VESK_CACHE_DIR"] = (program.folder() / "cache").string();
-        program.environment["VESK_APP_SUPPORT_DIR"] = (program.folder() / "support").string();
-        ProgramRun setup(VESK_BINARY_DIR "/bin/vesk");
-        setup.environment = program.environment;
-        const auto granted = setup.run({"consent", "grant", "contacts", "--yes"});
-        EXPECT_EQ(granted.status, 0) << granted;
-    }
-
-    void write(const std::string& name, const std::string& bytes) const {
-        fs::create_directories((root / name).parent_path());
-        std::ofstream(root / name, std::ios::binary) << bytes;
-    }
-    std::string content(const std::string& name) const {
-        std::stringstream text;
-        text << std::ifstream(root / name, std::ios::binary).rdbuf();
-        return text.str();
-    }
-    std::string succeed(const std::vector<std::string>& arguments) const {
-        const ProgramResult result = program.run(arguments);
-        EXPECT_EQ(result.status, 0) << result;
-        EXPECT_EQ(result.errorOutput, "") << result;
-        return result.output;
-    }
     std::string search(const std::string& query) const { return succeed({"contacts-search", "--query", query}); }
     std::string request(const std::string& json) const {
         const fs::path path = program.folder() / "request.json";
@@ -81,7 +53,7 @@ TEST_F(ContactStoreProgram, AContactIsMadeFoundAndExtended) {
     EXPECT_THAT(found, HasSubstr("\"label\" : \"work\""));
     EXPECT_THAT(found, HasSubstr("\"label\" : \"Boat\""));
     EXPECT_THAT(found, Not(HasSubstr("ignored")));
-    EXPECT_THAT(content("default/" + id + ".vcf"), Not(HasSubstr("NOTE")));
+    EXPECT_THAT(content(root / ("default/" + id + ".vcf")), Not(HasSubstr("NOTE")));
 }
 
 TEST_F(ContactStoreProgram, FoldingFollowsTheUsersLocale) {
@@ -120,7 +92,7 @@ TEST_F(ContactStoreProgram, AnUnknownTargetIsAClearErrorAndChangesNothing) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "");
     EXPECT_THAT(result.errorOutput, HasSubstr("Code=404 \"There is no contact with the identifier b.\""));
-    EXPECT_EQ(content("home/a.vcf"), card("UID:a\r\nFN:Anna\r\n"));
+    EXPECT_EQ(content(root / "home/a.vcf"), card("UID:a\r\nFN:Anna\r\n"));
 }
 
 TEST_F(ContactStoreProgram, ABookWithoutWritePermissionKeepsItsCards) {
@@ -131,7 +103,7 @@ TEST_F(ContactStoreProgram, ABookWithoutWritePermissionKeepsItsCards) {
         program.run({"contacts-save", "--request", request(R"({"name":"A","targetId":"a","jobTitle":"Cook"})")});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.errorOutput, HasSubstr("NSPOSIXErrorDomain Code=13 "));
-    EXPECT_EQ(content("home/a.vcf"), card("UID:a\r\nFN:Anna\r\n"));
+    EXPECT_EQ(content(root / "home/a.vcf"), card("UID:a\r\nFN:Anna\r\n"));
     save(R"({"name":"New Person"})"); // goes to a book of its own
     EXPECT_TRUE(fs::exists(root / "default"));
     fs::permissions(root / "home", fs::perms(0700));
@@ -163,7 +135,7 @@ TEST_F(ContactStoreProgram, AFullDiskLeavesTheOldCard) {
                      request(R"({"name":"A","targetId":"a","phones":[{"label":"home","value":")" + note + "\"}]}")});
     EXPECT_EQ(result.status, 1) << result;
     EXPECT_THAT(result.errorOutput, HasSubstr("NSPOSIXErrorDomain "));
-    EXPECT_EQ(content("home/a.vcf"), card("UID:a\r\nFN:Anna\r\n"));
+    EXPECT_EQ(content(root / "home/a.vcf"), card("UID:a\r\nFN:Anna\r\n"));
     EXPECT_EQ(std::distance(fs::directory_iterator(root / "home"), {}), 1);
 }
 

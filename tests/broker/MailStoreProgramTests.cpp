@@ -1,6 +1,6 @@
 // The built broker over folders of mail.
 
-#include "tests/support/ProgramRun.hpp"
+#include "tests/broker/StoreProgram.hpp"
 
 #include <atomic>
 #include <filesystem>
@@ -18,40 +18,16 @@ using testing::HasSubstr;
 using testing::Not;
 namespace fs = std::filesystem;
 
-class MailStoreProgram : public testing::Test {
+class MailStoreProgram : public test::StoreProgram {
 protected:
-    ProgramRun program{VESK_BINARY_DIR "/bin/VeskCapabilityBroker"};
-    const fs::path root = program.folder() / "mail";
-
-    MailStoreProgram() {
-        program.deadline = std::chrono::seconds(20);
-        program.environment["VESK_MAIL_DIR"] = root.string();
-        program.environment["VESK_STATE_DIR"] = (program.folder() / "state").string();
-        program.environment["VESK_CACHE_DIR"] = (program.folder() / "cache").string();
-        program.environment["VESK_APP_SUPPORT_DIR"] = (program.folder() / "support").string();
-        program.environment["TZ"] = "Europe/Berlin";
-        ProgramRun setup(VESK_BINARY_DIR "/bin/vesk");
-        setup.environment = program.environment;
-        const auto granted = setup.run({"consent", "grant", "mail", "--yes"});
-        EXPECT_EQ(granted.status, 0) << granted;
-        makeMaildir("home/INBOX");
-    }
+    MailStoreProgram() : StoreProgram("mail", "VESK_MAIL_DIR", "mail") { makeMaildir("home/INBOX"); }
 
     void makeMaildir(const std::string& name) const {
         for (const char* part : {"cur", "new", "tmp"}) fs::create_directories(root / name / part);
     }
-    void write(const std::string& file, const std::string& bytes) const {
-        std::ofstream(root / file, std::ios::binary) << bytes;
-    }
     static std::string message(const std::string& subject, const std::string& id, const std::string& body = "Hello") {
         return "From: Anna Beck <anna@example.org>\nSubject: " + subject + "\nMessage-ID: <" + id
                + ">\nDate: Wed, 3 Jun 2026 12:00:00 +0000\n\n" + body + "\n";
-    }
-    std::string succeed(const std::vector<std::string>& arguments) const {
-        const ProgramResult result = program.run(arguments);
-        EXPECT_EQ(result.status, 0) << result;
-        EXPECT_EQ(result.errorOutput, "") << result;
-        return result.output;
     }
     std::string listed() const { return succeed({"mail-list", "--view", "recent", "--limit", "50"}); }
 };

@@ -1,7 +1,7 @@
 // The built broker over folders of to-dos.
 
+#include "tests/broker/StoreProgram.hpp"
 #include "tests/support/Privileges.hpp"
-#include "tests/support/ProgramRun.hpp"
 
 #include <filesystem>
 #include <fstream>
@@ -19,51 +19,22 @@ using testing::HasSubstr;
 using testing::Not;
 namespace fs = std::filesystem;
 
-class TodoStoreProgram : public testing::Test {
+class TodoStoreProgram : public test::StoreProgram {
 protected:
-    ProgramRun program{VESK_BINARY_DIR "/bin/VeskCapabilityBroker"};
-    const fs::path root = program.folder() / "reminders";
+    TodoStoreProgram() : StoreProgram("reminders", "VESK_REMINDERS_DIR", "reminders") {}
 
-    TodoStoreProgram() {
-        program.deadline = std::chrono::seconds(20);
-        program.environment["VESK_REMINDERS_DIR"] = root.string();
-        program.environment["VESK_STATE_DIR"] = (program.folder() / "state").string();
-        program.environment["VESK_CACHE_DIR"] = (program.folder() / "cache").string();
-        program.environment["VESK_APP_SUPPORT_DIR"] = (program.folder() / "support").string();
-        program.environment["TZ"] = "Europe/Berlin";
-        ProgramRun setup(VESK_BINARY_DIR "/bin/vesk");
-        setup.environment = program.environment;
-        const auto granted = setup.run({"consent", "grant", "reminders", "--yes"});
-        EXPECT_EQ(granted.status, 0) << granted;
-    }
-
-    std::string succeed(const std::vector<std::string>& arguments) {
-        const ProgramResult result = program.run(arguments);
-        EXPECT_EQ(result.status, 0) << result;
-        EXPECT_EQ(result.errorOutput, "") << result;
-        return result.output;
-    }
     static std::string todoText(const std::string& lines) { return "BEGIN:VTODO\n" + lines + "END:VTODO\n"; }
     static std::string calendarText(const std::string& todos) {
         return "BEGIN:VCALENDAR\nVERSION:2.0\n" + todos + "END:VCALENDAR\n";
     }
-    void hold(const std::string& name, const std::string& bytes) const {
-        fs::create_directories((root / name).parent_path());
-        std::ofstream(root / name, std::ios::binary) << bytes;
-    }
     /// Holds an empty list of the broker's own.
-    void holdList() const { hold("vesk-todos/displayname", "Vesk Todos"); }
+    void holdList() const { write("vesk-todos/displayname", "Vesk Todos"); }
     /// How many to-dos a listing of all has.
     std::size_t listed() {
         const std::string output = succeed({"todo-list", "--view", "all"});
         std::size_t count = 0;
         for (std::size_t at = 0; (at = output.find("\"dueToday\" : ", at)) != std::string::npos; ++at) ++count;
         return count - 1; // the counts have one too
-    }
-    static std::string content(const fs::path& path) {
-        std::stringstream text;
-        text << std::ifstream(path, std::ios::binary).rdbuf();
-        return text.str();
     }
     std::vector<fs::path> files() const {
         std::vector<fs::path> paths;
@@ -103,12 +74,12 @@ TEST_F(TodoStoreProgram, ATodoLivesThroughAllCommands) {
 
 TEST_F(TodoStoreProgram, BadFilesArePassedOver) {
     holdList();
-    hold("vesk-todos/good.ics", calendarText(todoText("UID:good\nSUMMARY:Good\n")));
-    hold("vesk-todos/cut.ics", calendarText(todoText("UID:cut\n")).substr(0, 50));
-    hold("vesk-todos/empty.ics", "");
-    hold("vesk-todos/nameless.ics", calendarText(todoText("SUMMARY:x\n")));
-    hold("vesk-todos/binary.ics", std::string("\0\xFF\xFE\r\n\0:;BEGIN", 13));
-    hold("vesk-todos/again.ics", calendarText(todoText("UID:good\nSUMMARY:Again\n")));
+    write("vesk-todos/good.ics", calendarText(todoText("UID:good\nSUMMARY:Good\n")));
+    write("vesk-todos/cut.ics", calendarText(todoText("UID:cut\n")).substr(0, 50));
+    write("vesk-todos/empty.ics", "");
+    write("vesk-todos/nameless.ics", calendarText(todoText("SUMMARY:x\n")));
+    write("vesk-todos/binary.ics", std::string("\0\xFF\xFE\r\n\0:;BEGIN", 13));
+    write("vesk-todos/again.ics", calendarText(todoText("UID:good\nSUMMARY:Again\n")));
     fs::create_directory(root / "vesk-todos/folder.ics");
     fs::create_symlink("loop.ics", root / "vesk-todos/loop.ics");
     fs::create_symlink("/dev/zero", root / "vesk-todos/zero.ics");
@@ -133,10 +104,10 @@ TEST_F(TodoStoreProgram, AbsurdDatesAreListed) {
                           "",
                           "TZID=x"};
     for (std::size_t i = 0; i < std::size(dues); ++i)
-        hold("vesk-todos/" + std::to_string(i) + ".ics",
-             calendarText(todoText("UID:" + std::to_string(i) + "\nDUE:" + dues[i] + "\n")));
-    hold("vesk-todos/zone.ics",
-         calendarText(todoText("UID:zone\nSUMMARY:Zone\nDUE;TZID=\"Nowhere/At, all\":20300426T100000\n")));
+        write("vesk-todos/" + std::to_string(i) + ".ics",
+              calendarText(todoText("UID:" + std::to_string(i) + "\nDUE:" + dues[i] + "\n")));
+    write("vesk-todos/zone.ics",
+          calendarText(todoText("UID:zone\nSUMMARY:Zone\nDUE;TZID=\"Nowhere/At, all\":20300426T100000\n")));
     EXPECT_EQ(listed(), std::size(dues) + 1);
     EXPECT_THAT(succeed({"todo-list"}), HasSubstr("\"iso\" : \"2030-04-26T10:00\""));
     EXPECT_THAT(succeed({"todo-add", "--title", "Last", "--due", "9999-12-31 23:59"}),
@@ -146,8 +117,8 @@ TEST_F(TodoStoreProgram, AbsurdDatesAreListed) {
 TEST_F(TodoStoreProgram, CyclesOfRelationsAndLinesOfTenMegabytesAreNoHindrance) {
     const std::string longLine = "X-LONG:" + std::string(std::size_t{10} << 20, 'x') + "\n";
     holdList();
-    hold("vesk-todos/a.ics", calendarText(todoText("UID:a\nRELATED-TO:b\n" + longLine)));
-    hold("vesk-todos/b.ics", calendarText(todoText("UID:b\nRELATED-TO:a\nRELATED-TO:b\n")));
+    write("vesk-todos/a.ics", calendarText(todoText("UID:a\nRELATED-TO:b\n" + longLine)));
+    write("vesk-todos/b.ics", calendarText(todoText("UID:b\nRELATED-TO:a\nRELATED-TO:b\n")));
     EXPECT_EQ(listed(), 2U);
     succeed({"todo-complete", "--id", "a"});
     EXPECT_THAT(content(root / "vesk-todos/a.ics"), HasSubstr("RELATED-TO:b\n" + longLine + "STATUS:COMPLETED\n"));
@@ -157,7 +128,7 @@ TEST_F(TodoStoreProgram, TenThousandTodosInOneFile) {
     std::string all;
     for (int i = 0; i < 10'000; ++i) all += todoText("UID:t" + std::to_string(i) + "\nSUMMARY:x\n");
     holdList();
-    hold("vesk-todos/many.ics", calendarText(all));
+    write("vesk-todos/many.ics", calendarText(all));
     EXPECT_EQ(listed(), 10'000U);
     succeed({"todo-delete", "--id", "t9999"});
     EXPECT_THAT(succeed({"todo-complete", "--id", "t5000"}), HasSubstr("\"completed\" : true"));
@@ -165,8 +136,8 @@ TEST_F(TodoStoreProgram, TenThousandTodosInOneFile) {
 }
 
 TEST_F(TodoStoreProgram, WithoutPermissionForANewListTheTodosGoToTheDefaultList) {
-    hold("closed/displayname", "Closed");
-    hold("home/displayname", "Home");
+    write("closed/displayname", "Closed");
+    write("home/displayname", "Home");
     fs::permissions(root / "closed", fs::perms(0500));
     fs::permissions(root, fs::perms(0500));
     program.launcher = test::withoutPrivileges();
@@ -185,7 +156,7 @@ TEST_F(TodoStoreProgram, WithoutPermissionForANewListTheTodosGoToTheDefaultList)
 TEST_F(TodoStoreProgram, AListThatCannotBeWrittenIsListedAndNotChanged) {
     holdList();
     const std::string text = calendarText(todoText("UID:a\nSUMMARY:x\n"));
-    hold("vesk-todos/a.ics", text);
+    write("vesk-todos/a.ics", text);
     fs::permissions(root / "vesk-todos", fs::perms(0500));
     program.launcher = test::withoutPrivileges();
     EXPECT_EQ(listed(), 1U);
@@ -203,7 +174,7 @@ TEST_F(TodoStoreProgram, AListThatCannotBeWrittenIsListedAndNotChanged) {
 
 TEST_F(TodoStoreProgram, FilesThatComeAndGoMeanwhileFailNothing) {
     holdList();
-    hold("vesk-todos/good.ics", calendarText(todoText("UID:good\n")));
+    write("vesk-todos/good.ics", calendarText(todoText("UID:good\n")));
     ProgramRun shell("/bin/sh");
     shell.environment = program.environment;
     shell.environment["BROKER"] = VESK_BINARY_DIR "/bin/VeskCapabilityBroker";
@@ -226,7 +197,7 @@ TEST_F(TodoStoreProgram, ChangesAtOnceToOneFileAllSurvive) {
     std::string all;
     for (int i = 1; i <= 30; ++i) all += todoText("UID:t" + std::to_string(i) + "\nSUMMARY:x\n");
     holdList();
-    hold("vesk-todos/many.ics", calendarText(all));
+    write("vesk-todos/many.ics", calendarText(all));
     ProgramRun shell("/bin/sh");
     shell.environment = program.environment;
     shell.environment["BROKER"] = VESK_BINARY_DIR "/bin/VeskCapabilityBroker";
@@ -248,7 +219,7 @@ TEST_F(TodoStoreProgram, ChangesAtOnceToOneFileAllSurvive) {
 }
 
 TEST_F(TodoStoreProgram, ATodoOfAnotherListIsNotFound) {
-    hold("other/a.ics", calendarText(todoText("UID:a\n")));
+    write("other/a.ics", calendarText(todoText("UID:a\n")));
     const ProgramResult result = program.run({"todo-delete", "--id", "a"});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.errorOutput, HasSubstr("Error Domain=VeskTodoOperations Code=404 \"Todo not found: a\""));
