@@ -59,7 +59,8 @@ private:
         if (!options_.cacheFolder.empty()) {
             const std::string path = options_.cacheFolder + "/mail.sqlite";
             if (auto rows = tried(path, use)) return *rows;
-            if (!std::filesystem::exists(path))
+            std::error_code unreachable;
+            if (!std::filesystem::exists(path, unreachable))
                 if (auto rows = tried(path, use)) return *rows;
         }
         MailDatabase database("");

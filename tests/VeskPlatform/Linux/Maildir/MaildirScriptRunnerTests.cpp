@@ -358,9 +358,11 @@ TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBeWritten) {
 TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBe) {
     deliver("first");
     mail.folder.write("file", "");
-    for (const std::string& folder : {std::string(), mail.folder / "file/cache"}) {
+    fs::create_symlink("loop", mail.folder / "loop");
+    const std::string tooLong = mail.folder / std::string(300, 'x');
+    for (const std::string& folder : {std::string(), mail.folder / "file/cache", mail.folder / "loop", tooLong}) {
         mail.options.cacheFolder = folder;
-        EXPECT_THAT(mail.recent(), ElementsAre("first"));
+        EXPECT_THAT(mail.recent(), ElementsAre("first")) << folder;
     }
     mail.options.cacheFolder = mail.folder / "linked";
     fs::create_directories(mail.options.cacheFolder);
