@@ -155,6 +155,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "Content-Type: text/plain; charset=utf-16le\nContent-Transfer-Encoding: base64\n\nSABpAA==", "Hi"},
         TextCase{"rawUtf8", "Subject: x\n\nGrüße", "Grüße"},
         TextCase{"rawWindows1252", "Subject: x\n\nGr\xFC\xDF\x65", "Grüße"},
+        TextCase{"lastByteOfWindows1252", "Subject: x\n\nAndr\xE9", "André"},
+        TextCase{"cutOffUtf8", "Subject: x\n\nGrü\xC3", "Grü\xC3"},
         TextCase{"asciiThatIsNot", "Content-Type: text/plain; charset=us-ascii\n\nGrüße", "Grüße"},
         TextCase{"unknownSet", "Content-Type: text/plain; charset=x-no-such\n\nGrüße", "Grüße"},
         TextCase{"zeroBytes", "Subject: x\n\none\0two"s, "one two"},
