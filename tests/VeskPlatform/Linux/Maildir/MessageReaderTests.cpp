@@ -193,5 +193,24 @@ TEST(MessageReader, SurvivesPartsWithoutEnd) {
     EXPECT_FALSE(textOf(deep + plainType + "\n\nHi").found);
 }
 
+std::string nestedGroups(const std::string& header, const std::string& separator) {
+    std::string text = header + ":";
+    for (int i = 0; i < 100'000; ++i) text += " g:" + separator;
+    return text + " anna@example.org\n";
+}
+
+TEST(MessageReader, SurvivesGroupsOfAddressesInEachOther) {
+    for (const char* header : {"From", "to", "CC", "Bcc", "Sender", "Reply-To", "From "})
+        EXPECT_EQ(headersOf(nestedGroups(header, "") + "Subject: Hello\n\n").subject, "Hello") << header;
+    EXPECT_EQ(headersOf(nestedGroups("From", "\r\n") + "Subject: Hello\n\n").subject, "Hello");
+    const std::string forwarded = part("Content-Type: message/rfc822", nestedGroups("From", "\n") + "\nInner");
+    EXPECT_EQ(textOf(multipart("mixed", forwarded)).text, "Inner");
+}
+
+TEST(MessageReader, LeavesOrdinaryGroupsAlone) {
+    EXPECT_EQ(headersOf("From: Team: anna@example.org, ben@example.org;\n\n").sender, "Team");
+    EXPECT_EQ(headersOf("Subject: " + std::string(200, ':') + "\n\n").subject, std::string(200, ':'));
+}
+
 } // namespace
 } // namespace vesk
