@@ -300,6 +300,13 @@ TEST_F(MaildirRunner, TheTimeLimitIsKept) {
                   MailScriptOutcome(MailScriptFailed{"Mail got an error: AppleEvent timed out."}));
 }
 
+TEST_F(MaildirRunner, TheTimeLimitIsKeptInATreeOfOtherFolders) {
+    for (int i = 0; i < 200; ++i) fs::create_directories(mail.path("other/" + std::to_string(i)));
+    mail.options.ticks = [this] { return mail.ticks += std::chrono::seconds(10); };
+    EXPECT_EQ(mail.run(recent, std::chrono::seconds(8)),
+              MailScriptOutcome(MailScriptFailed{"Mail got an error: AppleEvent timed out."}));
+}
+
 TEST_F(MaildirRunner, WhatWasReadBeforeTheTimeLimitIsKept) {
     constexpr int many = 2500;
     MailText text;
