@@ -20,8 +20,8 @@ std::string moduleFolderOf(const std::string& executablePath);
 /// the end of the process: libraries such as GLib keep threads and handlers of their own.
 class AdapterModule {
 public:
-    /// `folder` is absolute; `package` is the Debian package of the library that the module stands on. Throws
-    /// AdapterModuleMissing.
+    /// `folder` is absolute and has no name that the dynamic linker replaces; `package` is the Debian package of the
+    /// library that the module stands on. Throws AdapterModuleMissing.
     AdapterModule(const std::string& folder, const std::string& name, std::string package);
 
     /// The C function `symbol`, whose type the caller knows. Throws AdapterModuleMissing where there is none.

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Maildir/GmimeMessageReader.hpp"
 
+#include "VeskPlatform/Linux/Maildir/AddressGroups.hpp"
 #include "VeskPlatform/Linux/Maildir/GmimeTextParts.hpp"
 #include "VeskPlatform/Linux/Maildir/HeaderBlock.hpp"
 
@@ -10,10 +11,11 @@ namespace {
 
 using namespace gmime;
 
-/// C strings end at a zero byte, which has no business in mail: a blank stands in for it.
-std::string withoutZeroBytes(std::string_view bytes) {
+/// What the parser may have. C strings end at a zero byte, which has no business in mail: a blank stands in for it.
+std::string harmless(std::string_view bytes) {
     std::string result(bytes);
     std::ranges::replace(result, '\0', ' ');
+    flattenAddressGroups(result);
     return result;
 }
 
@@ -92,7 +94,7 @@ GmimeMessageReader::GmimeMessageReader() : options_(nullptr) {
 GmimeMessageReader::~GmimeMessageReader() { g_mime_parser_options_free(options_); }
 
 MessageHeaders GmimeMessageReader::headers(std::string_view bytes) const {
-    const auto message = parsed(withoutZeroBytes(bytes.substr(0, endOfHeaders(bytes))) + "\n\n", options_);
+    const auto message = parsed(harmless(bytes.substr(0, endOfHeaders(bytes))) + "\n\n", options_);
     if (message == nullptr) return {};
     MessageHeaders result{messageIdOf(message.get()), senderOf(message.get()), textOf(message.get(), "Subject"),
                           dateOfReceived(message.get())};
@@ -101,7 +103,7 @@ MessageHeaders GmimeMessageReader::headers(std::string_view bytes) const {
 }
 
 MessageText GmimeMessageReader::text(std::string_view bytes) const {
-    const std::string source = withoutZeroBytes(bytes);
+    const std::string source = harmless(bytes);
     const auto message = parsed(source, options_);
     if (message == nullptr) return {};
     for (GMimePart* part : textParts(message.get())) {

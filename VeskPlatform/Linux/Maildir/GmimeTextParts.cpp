@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace vesk::maildir::gmime {
 namespace {
@@ -67,13 +68,19 @@ std::optional<std::string> converted(std::string bytes, const char* charset) {
     return std::string(out, length);
 }
 
-/// Whether `bytes` are UTF-8, but for a character that is cut off at their end.
+bool isAscii(std::string_view bytes) {
+    return std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+/// Whether `bytes` are UTF-8, but for a character that is cut off at their end. Where that would be the only one beyond
+/// ASCII, it is whole in another set.
 bool isUtf8(const std::string& bytes) {
     const char* end = nullptr;
     if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), &end) != FALSE) return true;
-    const auto left = static_cast<gssize>(bytes.data() + bytes.size() - end);
+    const std::string_view before(bytes.data(), end);
     constexpr auto cutOff = static_cast<gunichar>(-2);
-    return g_utf8_get_char_validated(end, left) == cutOff;
+    const auto left = static_cast<gssize>(bytes.size() - before.size());
+    return !isAscii(before) && g_utf8_get_char_validated(end, left) == cutOff;
 }
 
 /// Without a character set, or with one that mail programs name for want of a better, the bytes themselves decide.

@@ -27,8 +27,12 @@ public:
     ScriptRun(const MaildirOptions& options, const MailScript& script)
         : options_(options), deadline_{options.ticks, options.ticks() + script.timeLimit},
           tools_{[this]() -> const MessageReader& { return reader(); }, options.now, options.log} {
-        folders_ = findMailFolders(options.root, [&](const std::string&, int errnoValue) {
+        const auto unreadable = [&](const std::string&, int errnoValue) {
             options_.log("mail-store folder unreadable errno=" + std::to_string(errnoValue));
+        };
+        folders_ = findMailFolders(options.root, unreadable, [this, visited = 0]() mutable {
+            constexpr int foldersBetweenChecks = 64; // a root may be anything, a whole disk among them
+            if (++visited % foldersBetweenChecks == 0) deadline_.check();
         });
     }
 
@@ -59,7 +63,8 @@ private:
         if (!options_.cacheFolder.empty()) {
             const std::string path = options_.cacheFolder + "/mail.sqlite";
             if (auto rows = tried(path, use)) return *rows;
-            if (!std::filesystem::exists(path))
+            std::error_code unreachable;
+            if (!std::filesystem::exists(path, unreachable))
                 if (auto rows = tried(path, use)) return *rows;
         }
         MailDatabase database("");

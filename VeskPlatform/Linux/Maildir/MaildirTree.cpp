@@ -52,10 +52,12 @@ std::string lastComponent(const std::string& path) {
 class TreeWalk {
 public:
     using Unreadable = std::function<void(const std::string&, int)>;
-    explicit TreeWalk(const Unreadable& unreadable) : unreadable_(unreadable) {}
+    TreeWalk(const Unreadable& unreadable, const std::function<void()>& visiting)
+        : unreadable_(unreadable), visiting_(visiting) {}
 
     /// None where a folder was met before, or cannot be read.
     std::optional<Node> visit(const std::string& path, const std::string& name, int depth) {
+        visiting_();
         struct stat status {};
         if (::stat(path.c_str(), &status) != 0 || !visited_.insert({status.st_dev, status.st_ino}).second)
             return std::nullopt;
@@ -96,6 +98,7 @@ private:
     }
 
     const Unreadable& unreadable_;
+    const std::function<void()>& visiting_;
     std::set<std::pair<dev_t, ino_t>> visited_;
 };
 
@@ -144,9 +147,9 @@ bool isAccount(const Node& root) {
 
 } // namespace
 
-std::vector<MailFolder>
-findMailFolders(const std::string& root,
-                const std::function<void(const std::string& path, int errnoValue)>& unreadable) {
+std::vector<MailFolder> findMailFolders(const std::string& root,
+                                        const std::function<void(const std::string& path, int errnoValue)>& unreadable,
+                                        const std::function<void()>& visiting) {
     std::optional<int> rootFailure;
     const auto heard = [&](const std::string& path, int errnoValue) {
         if (path == root)
@@ -155,7 +158,7 @@ findMailFolders(const std::string& root,
             unreadable(path, errnoValue);
     };
     const std::function<void(const std::string&, int)> report = heard;
-    const auto top = TreeWalk(report).visit(root, lastComponent(root), 0);
+    const auto top = TreeWalk(report, visiting).visit(root, lastComponent(root), 0);
     if (!top) throw PosixError(rootFailure.value_or(ENOENT), root);
     const bool rootIsAccount = isAccount(*top);
     std::set<const Node*> accounts;

@@ -129,8 +129,9 @@ std::vector<MessagingServiceState> DeviceMessaging::survey() {
 void DeviceMessaging::start() {
     for (const auto& service : services_) {
         try {
-            std::optional<BusConnection> bus = openBus(service->bus(), patience_.request);
-            if (bus && bus->presence(service->busName(), patience_.request) == ServicePresence::dormant)
+            // The bus itself answers at once where it answers at all; a service may take its time to come up.
+            std::optional<BusConnection> bus = openBus(service->bus(), patience_.survey);
+            if (bus && bus->presence(service->busName(), patience_.survey) == ServicePresence::dormant)
                 bus->start(service->busName(), patience_.request);
         } catch (const BusError&) { // the next look tells
         }

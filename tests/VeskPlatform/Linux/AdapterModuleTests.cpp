@@ -44,7 +44,8 @@ TEST(AdapterModule, NamesThePackageWhereSomethingIsMissing) {
 TEST(AdapterModule, IsNeverLookedForElsewhere) {
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(here);
-    for (const char* folder : {"", "."}) EXPECT_NE(failureOf(folder, "gmime", "vesk_message_reader"), "") << folder;
+    for (const char* folder : {"", ".", "/$ORIGIN/../lib/vesk", "/${ORIGIN}/../lib/vesk"})
+        EXPECT_NE(failureOf(folder, "gmime", "vesk_message_reader"), "") << folder;
     std::filesystem::current_path(before);
 }
 

@@ -301,6 +301,13 @@ TEST_F(MaildirRunner, TheTimeLimitIsKept) {
                   MailScriptOutcome(MailScriptFailed{"Mail got an error: AppleEvent timed out."}));
 }
 
+TEST_F(MaildirRunner, TheTimeLimitIsKeptInATreeOfOtherFolders) {
+    for (int i = 0; i < 200; ++i) fs::create_directories(mail.path("other/" + std::to_string(i)));
+    mail.options.ticks = [this] { return mail.ticks += std::chrono::seconds(10); };
+    EXPECT_EQ(mail.run(recent, std::chrono::seconds(8)),
+              MailScriptOutcome(MailScriptFailed{"Mail got an error: AppleEvent timed out."}));
+}
+
 TEST_F(MaildirRunner, WhatWasReadBeforeTheTimeLimitIsKept) {
     constexpr int many = 2500;
     MailText text;
@@ -368,9 +375,11 @@ TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBeWritten) {
 TEST_F(MaildirIndexFile, IsDoneWithoutWhereItCannotBe) {
     deliver("first");
     mail.folder.write("file", "");
-    for (const std::string& folder : {std::string(), mail.folder / "file/cache"}) {
+    fs::create_symlink("loop", mail.folder / "loop");
+    const std::string tooLong = mail.folder / std::string(300, 'x');
+    for (const std::string& folder : {std::string(), mail.folder / "file/cache", mail.folder / "loop", tooLong}) {
         mail.options.cacheFolder = folder;
-        EXPECT_THAT(mail.recent(), ElementsAre("first"));
+        EXPECT_THAT(mail.recent(), ElementsAre("first")) << folder;
     }
     mail.options.cacheFolder = mail.folder / "linked";
     fs::create_directories(mail.options.cacheFolder);

@@ -28,10 +28,11 @@ protected:
     }
     /// Each folder as "account|name", with a star for an inbox.
     Lines found() {
+        const auto unread = [this](const std::string& path, int errnoValue) {
+            unreadable.push_back(fs::path(path).filename().string() + " " + std::to_string(errnoValue));
+        };
         Lines result;
-        for (const MailFolder& each : findMailFolders(root, [this](const std::string& path, int errnoValue) {
-                 unreadable.push_back(fs::path(path).filename().string() + " " + std::to_string(errnoValue));
-             }))
+        for (const MailFolder& each : findMailFolders(root, unread, [] {}))
             result.push_back(each.account + "|" + each.name + (each.isInbox ? "*" : ""));
         return result;
     }

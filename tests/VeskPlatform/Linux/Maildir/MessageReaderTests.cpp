@@ -155,6 +155,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "Content-Type: text/plain; charset=utf-16le\nContent-Transfer-Encoding: base64\n\nSABpAA==", "Hi"},
         TextCase{"rawUtf8", "Subject: x\n\nGrüße", "Grüße"},
         TextCase{"rawWindows1252", "Subject: x\n\nGr\xFC\xDF\x65", "Grüße"},
+        TextCase{"lastByteOfWindows1252", "Subject: x\n\nAndr\xE9", "André"},
+        TextCase{"cutOffUtf8", "Subject: x\n\nGrü\xC3", "Grü\xC3"},
         TextCase{"asciiThatIsNot", "Content-Type: text/plain; charset=us-ascii\n\nGrüße", "Grüße"},
         TextCase{"unknownSet", "Content-Type: text/plain; charset=x-no-such\n\nGrüße", "Grüße"},
         TextCase{"zeroBytes", "Subject: x\n\none\0two"s, "one two"},
@@ -189,6 +191,25 @@ TEST(MessageReader, SurvivesPartsWithoutEnd) {
     for (int i = 0; i < 2000; ++i)
         deep += "Content-Type: multipart/mixed; boundary=b" + std::to_string(i) + "\n\n--b" + std::to_string(i) + "\n";
     EXPECT_FALSE(textOf(deep + plainType + "\n\nHi").found);
+}
+
+std::string nestedGroups(const std::string& header, const std::string& separator) {
+    std::string text = header + ":";
+    for (int i = 0; i < 100'000; ++i) text += " g:" + separator;
+    return text + " anna@example.org\n";
+}
+
+TEST(MessageReader, SurvivesGroupsOfAddressesInEachOther) {
+    for (const char* header : {"From", "to", "CC", "Bcc", "Sender", "Reply-To", "From "})
+        EXPECT_EQ(headersOf(nestedGroups(header, "") + "Subject: Hello\n\n").subject, "Hello") << header;
+    EXPECT_EQ(headersOf(nestedGroups("From", "\r\n") + "Subject: Hello\n\n").subject, "Hello");
+    const std::string forwarded = part("Content-Type: message/rfc822", nestedGroups("From", "\n") + "\nInner");
+    EXPECT_EQ(textOf(multipart("mixed", forwarded)).text, "Inner");
+}
+
+TEST(MessageReader, LeavesOrdinaryGroupsAlone) {
+    EXPECT_EQ(headersOf("From: Team: anna@example.org, ben@example.org;\n\n").sender, "Team");
+    EXPECT_EQ(headersOf("Subject: " + std::string(200, ':') + "\n\n").subject, std::string(200, ':'));
 }
 
 } // namespace

@@ -252,6 +252,10 @@ TEST_F(DeviceMessagingTests, ABusThatNeverAnswersEndsAtTheDeadline) {
     patience.request = patience.survey = milliseconds(60);
     EXPECT_EQ(run(listing(5)), failed("The bus did not answer within 1 second."));
     EXPECT_EQ(survey().front().trouble, "The bus did not answer within 1 second.");
+    patience.request = std::chrono::minutes(1);
+    const auto before = std::chrono::steady_clock::now();
+    DeviceMessaging(patience).start();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(30)) << "a prompt waits for it";
     ::close(silent);
 }
 
