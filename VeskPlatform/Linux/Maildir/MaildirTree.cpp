@@ -31,9 +31,10 @@ struct Node {
     std::vector<Node> children;
 
     bool holdsMail() const { return isMaildir || std::ranges::any_of(children, &Node::holdsMail); }
+    /// IMAP knows the inbox by its name in any case (RFC 9051, section 5.1).
     const Node* inboxChild() const {
         const auto found = std::ranges::find_if(
-            children, [](const Node& child) { return child.isMaildir && child.name == inboxName; });
+            children, [](const Node& child) { return child.isMaildir && lowercased(child.name) == "inbox"; });
         return found == children.end() ? nullptr : &*found;
     }
 };

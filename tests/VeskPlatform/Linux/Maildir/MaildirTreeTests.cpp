@@ -50,6 +50,11 @@ TEST_F(MaildirTree, TheRootMayBeTheAccount) {
     EXPECT_EQ(found(), (Lines{"mail|INBOX*", "mail|Sent", "mail|Work/Plans"}));
 }
 
+TEST_F(MaildirTree, TheInboxIsKnownInAnyCase) {
+    maildirs({"a/Inbox", "a/Sent", "b/inbox", "c/INBOX", "c/Inbox"});
+    EXPECT_EQ(found(), (Lines{"a|INBOX*", "a|Sent", "b|INBOX*", "c|INBOX*", "c|Inbox"}));
+}
+
 TEST_F(MaildirTree, ARootWithAnInboxIsTheAccount) {
     maildirs({"INBOX", "Archive", "Lists/Build"});
     EXPECT_EQ(found(), (Lines{"mail|INBOX*", "mail|Archive", "mail|Lists/Build"}));
