@@ -12,6 +12,8 @@ namespace vesk {
 /// -600 the application does not run or cannot be found, -1743 not permitted, -1744 the user has to be asked first. Any
 /// other number is the platform's own failure.
 using AutomationResult = int;
+inline constexpr AutomationResult automationPermitted = 0, automationTargetNotFound = -600, automationRefused = -1743,
+                                  automationUndecided = -1744;
 
 /// How an application is started: by its identifier, or by the command that opens it where the platform has one.
 struct ApplicationLaunch {

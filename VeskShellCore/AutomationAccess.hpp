@@ -10,9 +10,6 @@
 
 namespace vesk {
 
-inline constexpr AutomationResult automationPermitted = 0, automationTargetNotFound = -600, automationRefused = -1743,
-                                  automationUndecided = -1744;
-
 /// The entitlement without which the system does not even ask the user.
 inline constexpr const char* automationEntitlementKey = "com.apple.security.automation.apple-events";
 

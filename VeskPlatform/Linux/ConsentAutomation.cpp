@@ -9,16 +9,15 @@ namespace vesk {
 
 namespace {
 
-constexpr AutomationResult permitted = 0, notFound = -600, refused = -1743, undecided = -1744;
 /// The consent database cannot be used.
 constexpr AutomationResult unknown = -1;
 
 AutomationResult resultOf(AuthorizationStatus status) {
     switch (status) {
-    case 0: return undecided;
+    case 0: return automationUndecided;
     case 1:
-    case 2: return refused;
-    case 3: return permitted;
+    case 2: return automationRefused;
+    case 3: return automationPermitted;
     default: return unknown;
     }
 }
@@ -41,7 +40,7 @@ void ConsentAutomation::launchAndWait(const ApplicationLaunch& launch) {
 std::optional<AutomationResult> ConsentAutomation::permission(const std::string& bundleIdentifier) {
     switch (reach(bundleIdentifier)) {
     case ApplicationReach::absent: return std::nullopt;
-    case ApplicationReach::unready: return notFound;
+    case ApplicationReach::unready: return automationTargetNotFound;
     case ApplicationReach::ready: break;
     }
     return resultOf(consent_.statusOf(targets_.at(bundleIdentifier).consentRow));
@@ -49,7 +48,7 @@ std::optional<AutomationResult> ConsentAutomation::permission(const std::string&
 
 Task<std::optional<AutomationResult>> ConsentAutomation::requestPermission(std::string bundleIdentifier) {
     const std::optional<AutomationResult> before = permission(bundleIdentifier);
-    if (before != undecided) co_return before;
+    if (before != automationUndecided) co_return before;
     const std::string row = targets_.at(bundleIdentifier).consentRow;
     co_await consent_.requestRow(row);
     co_return resultOf(consent_.statusOf(row));

@@ -1,26 +1,19 @@
 #include "VeskPlatform/Linux/Maildir/MaildirListing.hpp"
 
+#include "VeskPlatform/Linux/DirectoryStream.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
-#include <memory>
 #include <sys/stat.h>
 
 namespace vesk::maildir {
 namespace {
 
-struct DirectoryCloser {
-    void operator()(DIR* directory) const { ::closedir(directory); }
-};
-
-std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
-
 vdir::FileSignature signatureOf(const std::string& folder) {
     struct stat status {};
     if (::stat(folder.c_str(), &status) != 0) throw PosixError(errno, folder);
-    return {status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim), 0};
+    return vdir::signatureFrom(status);
 }
 
 std::string textOf(const vdir::FileSignature& signature) {
@@ -30,7 +23,7 @@ std::string textOf(const vdir::FileSignature& signature) {
 
 /// The names of all that may be messages: hidden files are none, and what is no file shows when it is read.
 std::string namesIn(const std::string& folder) {
-    const std::unique_ptr<DIR, DirectoryCloser> directory(::opendir(folder.c_str()));
+    const DirectoryStream directory = openDirectory(folder);
     if (directory == nullptr) throw PosixError(errno, folder);
     std::string names;
     while (const dirent* entry = ::readdir(directory.get())) {

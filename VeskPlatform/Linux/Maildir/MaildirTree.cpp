@@ -1,12 +1,11 @@
 #include "VeskPlatform/Linux/Maildir/MaildirTree.hpp"
 
+#include "VeskPlatform/Linux/DirectoryStream.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -19,10 +18,6 @@ namespace {
 constexpr const char* inboxName = "INBOX";
 /// Mail programs nest folders a few levels deep.
 constexpr int deepest = 16;
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const { ::closedir(directory); }
-};
 
 /// A folder of the tree; `children` without the parts of a Maildir folder.
 struct Node {
@@ -80,7 +75,7 @@ private:
 
     /// The names of folders, links last: a folder goes by its own name rather than by a link's.
     std::optional<std::vector<std::string>> entriesOf(const std::string& path, bool isMaildir) const {
-        const std::unique_ptr<DIR, DirectoryCloser> directory(::opendir(path.c_str()));
+        const DirectoryStream directory = openDirectory(path);
         if (directory == nullptr) {
             if (errno != ENOENT) unreadable_(path, errno);
             return std::nullopt;

@@ -12,9 +12,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <map>
-#include <system_error>
 #include <unordered_set>
 
 namespace vesk {
@@ -63,9 +61,8 @@ struct Located {
 struct CardInFile {
     std::string bytes;
     CardRange range;
-    ContactCard contact;
 
-    std::string_view text() const { return std::string_view(bytes).substr(range.begin, range.end - range.begin); }
+    std::string_view text() const { return range.of(bytes); }
 };
 
 ErrorRecord unknownContact(const std::string& identifier) {
@@ -128,9 +125,7 @@ std::optional<CardInFile> cardAt(const Place& place, const ContactCard& base) {
         auto card = readCard(found.text());
         if (!card || card->isGroup) continue;
         const bool isIt = place.uid ? card->uid == place.uid : i == place.ordinal && isSamePerson(card->contact, base);
-        if (!isIt) continue;
-        found.contact = std::move(card->contact);
-        return found;
+        if (isIt) return found;
     }
     return std::nullopt;
 }
@@ -255,14 +250,8 @@ struct VcardContactStore::State {
 
     /// A book with this one card in it; false where there is something of its name.
     bool makeBook(const std::string& fileName, const std::string& text) const {
-        makeRoot();
+        makeFolders(options.root);
         return createFolderDurably(options.root, newBook, fileName, text);
-    }
-
-    void makeRoot() const {
-        std::error_code failed;
-        std::filesystem::create_directories(options.root, failed);
-        if (failed) throw PosixError(failed.value(), options.root);
     }
 
     VcardContactStoreOptions options;

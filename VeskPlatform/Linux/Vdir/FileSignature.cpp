@@ -3,6 +3,16 @@
 #include <unordered_map>
 
 namespace vesk::vdir {
+namespace {
+
+std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
+
+} // namespace
+
+FileSignature signatureFrom(const struct stat& status) {
+    return {status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim),
+            static_cast<std::uint64_t>(status.st_size)};
+}
 
 bool isSettled(const FileSignature& signature, std::int64_t now) {
     constexpr std::int64_t millisecond = 1'000'000;

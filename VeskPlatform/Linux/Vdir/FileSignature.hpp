@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <sys/stat.h>
 #include <vector>
 
 namespace vesk::vdir {
@@ -14,6 +15,8 @@ struct FileSignature {
 
     bool operator==(const FileSignature&) const = default;
 };
+
+FileSignature signatureFrom(const struct stat& status);
 
 /// Whether a file would have another signature if it were changed after `now`, in nanoseconds since 1970: it was not
 /// written just before, as coarsely as its file system counts time.

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
 
+#include "VeskPlatform/Linux/DirectoryStream.hpp"
 #include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -9,7 +10,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <sys/stat.h>
 #include <system_error>
@@ -18,13 +18,8 @@
 namespace vesk::vdir {
 namespace {
 
-struct DirectoryCloser {
-    void operator()(DIR* directory) const { ::closedir(directory); }
-};
-using DirectoryPointer = std::unique_ptr<DIR, DirectoryCloser>;
-
-DirectoryPointer openFolder(const std::string& path) {
-    DirectoryPointer directory(::opendir(path.c_str()));
+DirectoryStream openFolder(const std::string& path) {
+    DirectoryStream directory = openDirectory(path);
     if (directory == nullptr) throw PosixError(errno, path);
     return directory;
 }
@@ -42,14 +37,11 @@ template <class Visit> void forEachVisibleEntry(DIR* directory, Visit visit) {
     }
 }
 
-std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
-
 /// The signature of a regular file, links followed; none for anything else.
 std::optional<FileSignature> signatureOf(int folder, const char* name) {
     struct stat status {};
     if (::fstatat(folder, name, &status, 0) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    return FileSignature{status.st_ino, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim),
-                         static_cast<std::uint64_t>(status.st_size)};
+    return signatureFrom(status);
 }
 
 } // namespace
@@ -58,7 +50,7 @@ bool FolderEntry::isFolder() const { return type == DT_DIR; }
 bool FolderEntry::isRegularFile() const { return type == DT_REG; }
 
 void forEachEntry(const std::string& path, const std::function<bool(const FolderEntry&)>& visit) {
-    const DirectoryPointer directory = openFolder(path);
+    const DirectoryStream directory = openFolder(path);
     forEachVisibleEntry(directory.get(), [&](const dirent& entry) {
         const bool isPlain = entry.d_type == DT_REG || entry.d_type == DT_DIR;
         const auto type = isPlain ? entry.d_type : typeBehindLink(::dirfd(directory.get()), entry.d_name);
@@ -119,7 +111,7 @@ void FolderListing::remove(const std::vector<char>& gone) {
 }
 
 FolderListing listFiles(const std::string& path, std::string_view extension) {
-    const DirectoryPointer directory = openFolder(path);
+    const DirectoryStream directory = openFolder(path);
     FolderListing listing;
     forEachVisibleEntry(directory.get(), [&](const dirent& entry) {
         const bool mayBeFile = entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
@@ -144,6 +136,12 @@ FolderListing listFiles(const std::string& path, std::string_view extension) {
     });
     if (std::find(gone.begin(), gone.end(), 1) != gone.end()) listing.remove(gone);
     return listing;
+}
+
+void makeFolders(const std::string& path) {
+    std::error_code failed;
+    std::filesystem::create_directories(path, failed);
+    if (failed) throw PosixError(failed.value(), path);
 }
 
 std::string canonicalPath(const std::string& path) {

@@ -64,6 +64,9 @@ struct DatedListing {
     FolderListing files;
 };
 
+/// Makes a folder and those above it where they are missing. Throws PosixError.
+void makeFolders(const std::string& path);
+
 /// `path` as absolute, links resolved, so that one folder has one path whatever the way to it; as it is where that
 /// fails.
 std::string canonicalPath(const std::string& path);

@@ -13,11 +13,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <filesystem>
 #include <libical/ical.h>
 #include <map>
 #include <set>
-#include <system_error>
 
 namespace vesk {
 namespace {
@@ -49,12 +47,6 @@ std::string folderNameFor(const std::string& title) {
     while (length > 0 && length < name.size() && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80) --length;
     name.resize(length);
     return name.empty() ? "list" : name;
-}
-
-void makeFolders(const std::string& path) {
-    std::error_code failed;
-    std::filesystem::create_directories(path, failed);
-    if (failed) throw PosixError(failed.value(), path);
 }
 
 /// The to-do of that UID in a file: not one of its overrides.

@@ -168,15 +168,12 @@ TEST_F(VcardContactStoreTests, AWarmIndexShowsWhatTheFilesHold) {
     EXPECT_THAT(names(), ElementsAre("Otto", "Bert"));
 }
 
-TEST_F(VcardContactStoreTests, AFileThatIsAsItWasIsNotReadAgain) {
+TEST_F(VcardContactStoreTests, AChangeOfPermissionsIsAChangeOfTheFile) {
     write("home/a.vcf", named("a", "Anna"));
     names();
-    // Nobody can change a file without its signature, but for the index itself: what it says is what is shown.
-    std::string kept = folder.read("cache/contacts.sqlite");
-    ASSERT_NE(kept.find("Anna"), std::string::npos);
     const WithoutPrivileges reduced;
     fs::permissions(root() + "/home/a.vcf", fs::perms::none);
-    EXPECT_TRUE(names().empty()); // a change of permissions is a change
+    EXPECT_TRUE(names().empty());
     fs::permissions(root() + "/home/a.vcf", fs::perms::owner_all);
     EXPECT_THAT(names(), ElementsAre("Anna"));
 }
