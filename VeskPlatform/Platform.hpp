@@ -12,12 +12,15 @@ class Clock;
 class CloudAccount;
 class Consent;
 class ContactStore;
+class Desktop;
 class Environment;
 class EventStore;
+class FileManager;
 class FileReader;
 class LocaleSettings;
 class MailScriptRunner;
 class MessagesScriptRunner;
+class MonotonicClock;
 class PrivateFiles;
 class ReminderStore;
 class SerialQueue;
@@ -36,6 +39,8 @@ public:
     virtual Clock& clock() = 0;
     virtual CloudAccount& cloudAccount() = 0;
     virtual Consent& consent() = 0;
+    /// The desktop session that the environment names; its own accessors tell where there is none.
+    virtual Desktop& desktop() = 0;
     virtual Environment& environment() = 0;
     /// A store of its own for one operation; it shows the calendars as they are from now on.
     virtual std::shared_ptr<EventStore> openEventStore() = 0;
@@ -43,10 +48,12 @@ public:
     virtual std::shared_ptr<ReminderStore> openReminderStore() = 0;
     /// The same for contacts.
     virtual std::shared_ptr<ContactStore> openContactStore() = 0;
+    virtual FileManager& fileManager() = 0;
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     virtual MailScriptRunner& mailScriptRunner() = 0;
     virtual MessagesScriptRunner& messagesScriptRunner() = 0;
+    virtual MonotonicClock& monotonicClock() = 0;
     /// The queue "app.veskhq.shell-debug-log".
     virtual SerialQueue& logQueue() = 0;
     virtual PrivateFiles& privateFiles() = 0;

@@ -4,17 +4,20 @@
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
 #include "VeskPlatform/Linux/ContactStoreOptions.hpp"
+#include "VeskPlatform/Linux/Desktop/LinuxDesktop.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
 #include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
+#include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
+#include "VeskPlatform/Linux/SteadyMonotonicClock.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
 #include "VeskPlatform/Linux/ThreadSerialQueue.hpp"
@@ -42,8 +45,10 @@ template <class T, class... Arguments> T& built(std::optional<T>& slot, Argument
 struct LinuxPlatform::Adapters {
     std::optional<Bundle> bundle;
     std::optional<SystemClock> clock;
+    std::optional<SteadyMonotonicClock> monotonicClock;
     std::optional<ProcessEnvironment> environment;
     std::optional<SystemLocaleSettings> localeSettings;
+    std::optional<PosixFileManager> fileManager;
     std::optional<PosixFileReader> fileReader;
     std::optional<PosixPrivateFiles> privateFiles;
     std::optional<CompanionSettingsOpener> settingsOpener;
@@ -55,6 +60,7 @@ struct LinuxPlatform::Adapters {
     std::optional<UserPrompt> prompt;
     std::optional<SqliteConsent> consent;
     std::optional<ConsentAutomation> automation;
+    std::optional<LinuxDesktop> desktop;
     std::optional<ThreadSerialQueue> logQueue;
 };
 
@@ -71,9 +77,11 @@ const Bundle& LinuxPlatform::mainBundle() {
 
 Clock& LinuxPlatform::clock() { return built(adapters_->clock); }
 Environment& LinuxPlatform::environment() { return built(adapters_->environment); }
+FileManager& LinuxPlatform::fileManager() { return built(adapters_->fileManager); }
 FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
 LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->localeSettings, environment()); }
 SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }
+MonotonicClock& LinuxPlatform::monotonicClock() { return built(adapters_->monotonicClock); }
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
@@ -84,6 +92,13 @@ MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return loadedMessa
 LoadedMessaging& LinuxPlatform::loadedMessaging() {
     return built(adapters_->messages, moduleFolderOf(runningExecutable()));
 }
+Desktop& LinuxPlatform::desktop() {
+    if (!adapters_->desktop)
+        adapters_->desktop.emplace(moduleFolderOf(runningExecutable()),
+                                   DesktopSurroundings{environment(), stateFolder(environment()), wiring_.log});
+    return *adapters_->desktop;
+}
+
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
 
 ApplicationAutomation& LinuxPlatform::applicationAutomation() {

@@ -35,14 +35,17 @@ public:
     Clock& clock() override;
     CloudAccount& cloudAccount() override;
     Consent& consent() override;
+    Desktop& desktop() override;
     Environment& environment() override;
     std::shared_ptr<ContactStore> openContactStore() override;
     std::shared_ptr<EventStore> openEventStore() override;
     std::shared_ptr<ReminderStore> openReminderStore() override;
+    FileManager& fileManager() override;
     FileReader& fileReader() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;
     MessagesScriptRunner& messagesScriptRunner() override;
+    MonotonicClock& monotonicClock() override;
     SerialQueue& logQueue() override;
     PrivateFiles& privateFiles() override;
     SettingsOpener& settingsOpener() override;

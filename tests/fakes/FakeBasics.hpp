@@ -3,11 +3,13 @@
 #include "VeskPlatform/Clock.hpp"
 #include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/LocaleSettings.hpp"
+#include "VeskPlatform/MonotonicClock.hpp"
 #include "VeskPlatform/SerialQueue.hpp"
 #include "VeskPlatform/SettingsOpener.hpp"
 #include "VeskPlatform/Sleeper.hpp"
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -68,14 +70,31 @@ public:
     void openUrl(const std::string& url) override { opened.push_back(url); }
 };
 
-/// Sleeps no time at all, and remembers how long it would have been.
+/// Stands still until a test, or a sleeper, moves it.
+class FakeMonotonicClock : public MonotonicClock {
+public:
+    std::chrono::nanoseconds time{std::chrono::hours(5)};
+    std::chrono::nanoseconds now() override { return time; }
+};
+
+/// Sleeps no time at all, and remembers how long it would have been; `clock` has moved on by as much.
 class FakeSleeper : public Sleeper {
 public:
+    explicit FakeSleeper(FakeMonotonicClock& clock) : clock_(clock) {}
+
     std::vector<std::chrono::milliseconds> slept;
+    /// What happens in the world after each sleep.
+    std::function<void()> whenAwake = [] {};
+
     Task<void> sleep(std::chrono::milliseconds duration) override {
         slept.push_back(duration);
+        clock_.time += duration;
+        whenAwake();
         co_return;
     }
+
+private:
+    FakeMonotonicClock& clock_;
 };
 
 } // namespace vesk::test

@@ -1,28 +1,21 @@
 #pragma once
 
 #include "VeskPlatform/Desktop.hpp"
-#include "VeskPlatform/RunningApplications.hpp"
 #include "tests/fakes/FakeAccessibility.hpp"
+#include "tests/fakes/FakeDisplays.hpp"
+#include "tests/fakes/FakeInputEvents.hpp"
+#include "tests/fakes/FakeRunningApplications.hpp"
 
 namespace vesk::test {
 
-/// Applications of which one, or none, is in front; counts how often it was asked for.
-class FakeRunningApplications : public RunningApplications {
-public:
-    std::optional<RunningApplication> front;
-    int asked = 0;
-
-    std::optional<RunningApplication> frontmost() override {
-        ++asked;
-        return front;
-    }
-};
-
-/// A desktop with an application "Editor" in front that shows no element.
+/// A desktop with an application "Editor" in front that shows no element, and no display.
 class FakeDesktop : public Desktop {
 public:
     FakeAccessibilityTree tree;
     FakeRunningApplications applications;
+    FakeDisplays screens;
+    FakeInputEvents events;
+    FakeScreenImages images;
 
     FakeDesktop() {
         applications.front = RunningApplication{
@@ -30,7 +23,10 @@ public:
         tree.applications[7] = fakeElement();
     }
     AccessibilityTree& accessibilityTree() override { return tree; }
+    Displays& displays() override { return screens; }
+    InputEvents& inputEvents() override { return events; }
     RunningApplications& runningApplications() override { return applications; }
+    ScreenImages& screenImages() override { return images; }
 };
 
 } // namespace vesk::test

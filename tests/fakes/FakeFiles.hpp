@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VeskPlatform/FileManager.hpp"
 #include "VeskPlatform/FileReader.hpp"
 #include "VeskPlatform/PrivateFiles.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -22,6 +23,18 @@ public:
         if (found == files.end()) throw PosixError(ENOENT, path);
         if (found->second.size() > maximumBytes) throw PosixError(EFBIG, path);
         return found->second;
+    }
+};
+
+/// Folders that were made; a path in `refused` throws EACCES.
+class FakeFileManager : public FileManager {
+public:
+    std::vector<std::string> made;
+    std::set<std::string> refused;
+
+    void createDirectory(const std::string& path) override {
+        if (refused.contains(path)) throw PosixError(EACCES, path);
+        made.push_back(path);
     }
 };
 

@@ -6,6 +6,7 @@
 #include "tests/fakes/FakeBundleInformation.hpp"
 #include "tests/fakes/FakeConsent.hpp"
 #include "tests/fakes/FakeContactStore.hpp"
+#include "tests/fakes/FakeDesktop.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
 #include "tests/fakes/FakeMail.hpp"
@@ -26,17 +27,20 @@ public:
     FakeCloudAccount fakeCloudAccount;
     FakeConsent fakeConsent;
     FakeContactStore fakeContactStore;
+    FakeDesktop fakeDesktop;
     FakeEnvironment fakeEnvironment;
     FakeEventStore fakeEventStore;
+    FakeFileManager fakeFileManager;
     FakeFileReader fakeFileReader;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
     FakeMail fakeMail;
     FakeMessages fakeMessages;
+    FakeMonotonicClock fakeMonotonicClock;
     FakePrivateFiles fakePrivateFiles;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
-    FakeSleeper fakeSleeper;
+    FakeSleeper fakeSleeper{fakeMonotonicClock};
 
     const Bundle& mainBundle() override { return bundle; }
     ApplicationAutomation& applicationAutomation() override { return fakeAutomation; }
@@ -44,6 +48,7 @@ public:
     Clock& clock() override { return fakeClock; }
     CloudAccount& cloudAccount() override { return fakeCloudAccount; }
     Consent& consent() override { return fakeConsent; }
+    Desktop& desktop() override { return fakeDesktop; }
     Environment& environment() override { return fakeEnvironment; }
     /// Every store that is opened is the one fake, which the test keeps.
     std::shared_ptr<ReminderStore> openReminderStore() override {
@@ -51,10 +56,12 @@ public:
     }
     std::shared_ptr<ContactStore> openContactStore() override { return {std::shared_ptr<void>(), &fakeContactStore}; }
     std::shared_ptr<EventStore> openEventStore() override { return {std::shared_ptr<void>(), &fakeEventStore}; }
+    FileManager& fileManager() override { return fakeFileManager; }
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }
     MessagesScriptRunner& messagesScriptRunner() override { return fakeMessages; }
+    MonotonicClock& monotonicClock() override { return fakeMonotonicClock; }
     SerialQueue& logQueue() override { return fakeLogQueue; }
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }

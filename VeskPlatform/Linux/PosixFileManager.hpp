@@ -1,0 +1,13 @@
+#pragma once
+
+#include "VeskPlatform/FileManager.hpp"
+
+namespace vesk {
+
+/// The file system through POSIX calls.
+class PosixFileManager : public FileManager {
+public:
+    void createDirectory(const std::string& path) override;
+};
+
+} // namespace vesk

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "VeskPlatform/MonotonicClock.hpp"
+
+namespace vesk {
+
+/// CLOCK_MONOTONIC.
+class SteadyMonotonicClock : public MonotonicClock {
+public:
+    std::chrono::nanoseconds now() override { return std::chrono::steady_clock::now().time_since_epoch(); }
+};
+
+} // namespace vesk
