@@ -7,6 +7,7 @@
 #include "VeskShellCore/ContactsOperations.hpp"
 #include "VeskShellCore/MailOperations.hpp"
 #include "VeskShellCore/MessagesOperations.hpp"
+#include "VeskShellCore/PDFOperations.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -139,8 +140,10 @@ public:
         return absent();
     }
     Task<AnyEncodable> operator()(command::PdfRenderHTML c) {
-        readPDFRenderRequest(platform_.fileReader(), c.requestPath);
-        return absent();
+        auto request = readPDFRenderRequest(platform_.fileReader(), c.requestPath);
+        co_return co_await VeskPDFOperations::renderHTML(platform_, std::move(request.html),
+                                                         std::move(request.outputPath), std::move(request.title),
+                                                         request.paperSize, request.landscape, bundle_);
     }
 
     Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }

@@ -32,8 +32,10 @@ CapabilityMediaComposeRequest readMediaComposeRequest(FileReader& files, const s
 
 PDFRenderRequest readPDFRenderRequest(FileReader& files, const std::string& path) {
     auto request = readRequest<PDFRenderRequest>(files, path);
-    require(!isBlank(request.html), "PDF render request is missing HTML content.");
-    require(!isBlank(request.outputPath), "PDF render request is missing an output path.");
+    request.html = trimmed(request.html);
+    request.outputPath = trimmed(request.outputPath);
+    require(!request.html.empty(), "PDF render request is missing HTML content.");
+    require(!request.outputPath.empty(), "PDF render request is missing an output path.");
     return request;
 }
 

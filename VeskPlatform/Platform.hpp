@@ -21,11 +21,13 @@ class LocaleSettings;
 class MailScriptRunner;
 class MessagesScriptRunner;
 class MonotonicClock;
+class PdfDocuments;
 class PrivateFiles;
 class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
 class Sleeper;
+class WebEngine;
 
 /// The set of ports. An accessor builds its adapter on first use and keeps it, so a run touches only what it needs.
 /// Accessors are called on the main executor; each port's header says what its own verbs allow.
@@ -56,9 +58,11 @@ public:
     virtual MonotonicClock& monotonicClock() = 0;
     /// The queue "app.veskhq.shell-debug-log".
     virtual SerialQueue& logQueue() = 0;
+    virtual PdfDocuments& pdfDocuments() = 0;
     virtual PrivateFiles& privateFiles() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;
+    virtual WebEngine& webEngine() = 0;
 };
 
 } // namespace vesk

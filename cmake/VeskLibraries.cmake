@@ -45,6 +45,12 @@ pkg_check_modules(VESK_GMIME REQUIRED IMPORTED_TARGET gmime-3.0)
 add_library(third_gmime INTERFACE)
 target_link_libraries(third_gmime INTERFACE PkgConfig::VESK_GMIME)
 
+# Only modules link it.
+pkg_check_modules(VESK_QPDF REQUIRED IMPORTED_TARGET libqpdf)
+add_library(third_qpdf INTERFACE)
+target_compile_definitions(third_qpdf INTERFACE POINTERHOLDER_TRANSITION=4)
+target_link_libraries(third_qpdf INTERFACE PkgConfig::VESK_QPDF)
+
 find_path(VESK_INCLUDE_JSON nlohmann/json.hpp REQUIRED)
 add_library(third_json INTERFACE)
 target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})

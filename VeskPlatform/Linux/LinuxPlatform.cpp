@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 
 #include "VeskPlatform/Linux/AdapterModule.hpp"
+#include "VeskPlatform/Linux/Chromium/ChromiumEngine.hpp"
 #include "VeskPlatform/Linux/CompanionSettingsOpener.hpp"
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
 #include "VeskPlatform/Linux/ContactStoreOptions.hpp"
@@ -10,6 +11,7 @@
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
 #include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
+#include "VeskPlatform/Linux/Pdf/LoadedPdfDocuments.hpp"
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
@@ -61,6 +63,8 @@ struct LinuxPlatform::Adapters {
     std::optional<SqliteConsent> consent;
     std::optional<ConsentAutomation> automation;
     std::optional<LinuxDesktop> desktop;
+    std::optional<ChromiumEngine> webEngine;
+    std::optional<LoadedPdfDocuments> pdfDocuments;
     std::optional<ThreadSerialQueue> logQueue;
 };
 
@@ -82,6 +86,9 @@ FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
 LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->localeSettings, environment()); }
 SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }
 MonotonicClock& LinuxPlatform::monotonicClock() { return built(adapters_->monotonicClock); }
+PdfDocuments& LinuxPlatform::pdfDocuments() {
+    return built(adapters_->pdfDocuments, moduleFolderOf(runningExecutable()));
+}
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
@@ -100,6 +107,10 @@ Desktop& LinuxPlatform::desktop() {
 }
 
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
+
+WebEngine& LinuxPlatform::webEngine() {
+    return built(adapters_->webEngine, WebEngineOptions{.environment = environment(), .log = wiring_.log});
+}
 
 ApplicationAutomation& LinuxPlatform::applicationAutomation() {
     if (!adapters_->automation) {

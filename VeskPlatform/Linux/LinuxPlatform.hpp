@@ -47,9 +47,11 @@ public:
     MessagesScriptRunner& messagesScriptRunner() override;
     MonotonicClock& monotonicClock() override;
     SerialQueue& logQueue() override;
+    PdfDocuments& pdfDocuments() override;
     PrivateFiles& privateFiles() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;
+    WebEngine& webEngine() override;
 
 private:
     struct Adapters;

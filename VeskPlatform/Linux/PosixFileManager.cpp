@@ -1,9 +1,34 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
 
 namespace vesk {
 
+namespace fs = std::filesystem;
+
+std::string PosixFileManager::currentDirectory() {
+    std::error_code failure;
+    const fs::path path = fs::current_path(failure);
+    if (failure) throw PosixError(failure.value(), ".");
+    return path.string();
+}
+
 void PosixFileManager::createDirectory(const std::string& path) { makeFolders(path, 0777); }
+
+bool PosixFileManager::fileExists(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+void PosixFileManager::removeItem(const std::string& path) {
+    std::error_code failure;
+    if (fs::remove_all(path, failure) == 0 && !failure) throw PosixError(ENOENT, path);
+    if (failure) throw PosixError(failure.value(), path);
+}
 
 } // namespace vesk

@@ -7,7 +7,10 @@ namespace vesk {
 /// The file system through POSIX calls.
 class PosixFileManager : public FileManager {
 public:
+    std::string currentDirectory() override;
     void createDirectory(const std::string& path) override;
+    bool fileExists(const std::string& path) override;
+    void removeItem(const std::string& path) override;
 };
 
 } // namespace vesk

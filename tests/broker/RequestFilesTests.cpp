@@ -129,13 +129,13 @@ TEST_F(RequestFiles, MediaFaultsInOrder) {
 
 TEST_F(RequestFiles, PdfDefaultsToLetterInPortrait) {
     hold(R"({"html":" <p> ","outputPath":"/tmp/a.pdf"})");
-    const PDFRenderRequest expected{.html = " <p> ",
+    const PDFRenderRequest expected{.html = "<p>",
                                     .outputPath = "/tmp/a.pdf",
                                     .title = std::nullopt,
                                     .paperSize = CapabilityPDFPaperSize::letter,
                                     .landscape = false};
     EXPECT_EQ(readPDFRenderRequest(files, path), expected);
-    hold(R"({"html":" <p> ","outputPath":"/tmp/a.pdf","title":null,"paperSize":null,"landscape":null,"x":{}})");
+    hold(R"({"html":" <p>\n","outputPath":"\t/tmp/a.pdf ","title":null,"paperSize":null,"landscape":null,"x":{}})");
     EXPECT_EQ(readPDFRenderRequest(files, path), expected);
 }
 

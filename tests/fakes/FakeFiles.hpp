@@ -26,15 +26,25 @@ public:
     }
 };
 
-/// Folders that were made; a path in `refused` throws EACCES.
+/// Files that are there and folders that were made; verbs are recorded in `calls`, and paths in `refused` throw EACCES.
 class FakeFileManager : public FileManager {
 public:
-    std::vector<std::string> made;
-    std::set<std::string> refused;
+    std::string directory = "/work";
+    std::set<std::string> existing, refused;
+    std::vector<std::string> calls;
 
-    void createDirectory(const std::string& path) override {
+    std::string currentDirectory() override { return directory; }
+    void createDirectory(const std::string& path) override { begin("createDirectory", path); }
+    bool fileExists(const std::string& path) override { return existing.contains(path); }
+    void removeItem(const std::string& path) override {
+        begin("removeItem", path);
+        if (existing.erase(path) == 0) throw PosixError(ENOENT, path);
+    }
+
+private:
+    void begin(const std::string& verb, const std::string& path) {
         if (refused.contains(path)) throw PosixError(EACCES, path);
-        made.push_back(path);
+        calls.push_back(verb + " " + path);
     }
 };
 

@@ -12,6 +12,7 @@
 #include "tests/fakes/FakeMail.hpp"
 #include "tests/fakes/FakeMessages.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
+#include "tests/fakes/FakeWebEngine.hpp"
 
 namespace vesk::test {
 
@@ -37,10 +38,12 @@ public:
     FakeMail fakeMail;
     FakeMessages fakeMessages;
     FakeMonotonicClock fakeMonotonicClock;
+    FakePdfDocuments fakePdfDocuments;
     FakePrivateFiles fakePrivateFiles;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
     FakeSleeper fakeSleeper{fakeMonotonicClock};
+    FakeWebEngine fakeWebEngine;
 
     const Bundle& mainBundle() override { return bundle; }
     ApplicationAutomation& applicationAutomation() override { return fakeAutomation; }
@@ -63,9 +66,11 @@ public:
     MessagesScriptRunner& messagesScriptRunner() override { return fakeMessages; }
     MonotonicClock& monotonicClock() override { return fakeMonotonicClock; }
     SerialQueue& logQueue() override { return fakeLogQueue; }
+    PdfDocuments& pdfDocuments() override { return fakePdfDocuments; }
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
+    WebEngine& webEngine() override { return fakeWebEngine; }
 };
 
 } // namespace vesk::test

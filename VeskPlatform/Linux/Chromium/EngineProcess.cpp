@@ -1,0 +1,145 @@
+#include "VeskPlatform/Linux/Chromium/EngineProcess.hpp"
+
+#include "VeskPlatform/Linux/Chromium/WebEngineError.hpp"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <grp.h>
+#include <linux/close_range.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace vesk {
+namespace {
+
+constexpr int firstPipe = 3, secondPipe = 4;
+
+[[noreturn]] void failToStart(int failure) {
+    throw WebEngineError(WebEngineError::Kind::notStarted,
+                         std::string("The browser engine could not be started: ") + std::strerror(failure) + ".");
+}
+
+struct Pipe {
+    FileDescriptor reading, writing;
+};
+
+Pipe makePipe() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) failToStart(errno);
+    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// What the child needs, made before the fork: after it only calls that are safe then.
+struct Start {
+    const char* path;
+    char* const* arguments;
+    char* const* environment;
+    const EngineUser* user;
+    int commands, answers, log, report;
+    pid_t parent;
+};
+
+bool becomeUser(const EngineUser& user) {
+    return ::setgroups(0, nullptr) == 0 && ::setresgid(user.groupId, user.groupId, user.groupId) == 0
+           && ::setresuid(user.userId, user.userId, user.userId) == 0;
+}
+
+bool arrangeStreams(const Start& start) {
+    // The ends may lie where they belong in another order: first out of the way, then into place.
+    const int commands = ::fcntl(start.commands, F_DUPFD, 10), answers = ::fcntl(start.answers, F_DUPFD, 10);
+    const int log = ::fcntl(start.log, F_DUPFD, 10), null = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    return ::dup2(null, STDIN_FILENO) >= 0 && ::dup2(log, STDOUT_FILENO) >= 0 && ::dup2(log, STDERR_FILENO) >= 0
+           && ::dup2(commands, firstPipe) >= 0 && ::dup2(answers, secondPipe) >= 0
+           && ::close_range(secondPipe + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0;
+}
+
+void resetSignals() {
+    struct sigaction ordinary {};
+    ordinary.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) (void)::sigaction(signal, &ordinary, nullptr);
+    sigset_t none;
+    ::sigemptyset(&none);
+    (void)::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+[[noreturn]] void becomeEngine(const Start& start) {
+    ::setpgid(0, 0);
+    resetSignals();
+    const int report = ::fcntl(start.report, F_DUPFD_CLOEXEC, 20);
+    const bool arranged = arrangeStreams(start) && (start.user == nullptr || becomeUser(*start.user));
+    // A change of the user would forget it. The parent may have gone before.
+    if (arranged && ::prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && ::getppid() == start.parent)
+        ::execve(start.path, start.arguments, start.environment);
+    const int failure = errno;
+    (void)!::write(report, &failure, sizeof failure);
+    ::_exit(127);
+}
+
+/// The error number of a failed start, or 0 from the end that a successful one closes.
+int reportedFailure(const FileDescriptor& report) {
+    int failure = 0;
+    ssize_t count = -1;
+    do {
+        count = ::read(report.get(), &failure, sizeof failure);
+    } while (count < 0 && errno == EINTR);
+    return count == sizeof failure ? failure : 0;
+}
+
+/// Members of the group that are not our children are reaped by init, in its own time.
+void waitUntilGone(pid_t group) {
+    constexpr int attempts = 200;
+    for (int attempt = 0; attempt < attempts && ::kill(-group, 0) == 0; ++attempt)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+} // namespace
+
+EngineProcess::EngineProcess(const EngineProgram& program, const std::string& logPath) {
+    Pipe toEngine = makePipe(), fromEngine = makePipe(), report = makePipe();
+    const FileDescriptor log(::open(logPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+    if (!log) failToStart(errno);
+    std::signal(SIGCHLD, SIG_DFL); // ignored, the kernel keeps no status of children
+    const auto arguments = pointersTo(program.arguments), environment = pointersTo(program.environment);
+    const Start start{program.path.c_str(),
+                      arguments.data(),
+                      environment.data(),
+                      program.user ? &*program.user : nullptr,
+                      toEngine.reading.get(),
+                      fromEngine.writing.get(),
+                      log.get(),
+                      report.writing.get(),
+                      ::getpid()};
+    group_ = ::fork();
+    if (group_ < 0) failToStart(errno);
+    if (group_ == 0) becomeEngine(start);
+    ::setpgid(group_, group_); // whichever of the two comes first
+    report.writing.reset();
+    if (const int failure = reportedFailure(report.reading); failure != 0) {
+        ::waitpid(group_, nullptr, 0);
+        failToStart(failure);
+    }
+    commands = std::move(toEngine.writing);
+    answers = std::move(fromEngine.reading);
+}
+
+EngineProcess::~EngineProcess() {
+    ::kill(-group_, SIGKILL);
+    while (::waitpid(group_, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    waitUntilGone(group_);
+}
+
+} // namespace vesk

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vesk {
+
+/// The bytes of base64 `text` (RFC 4648, section 4), with or without padding; none where a character is none of the
+/// alphabet's.
+std::optional<std::string> base64Decoded(std::string_view text);
+
+} // namespace vesk
