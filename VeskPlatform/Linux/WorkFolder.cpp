@@ -3,6 +3,7 @@
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -32,18 +33,12 @@ void removeFolder(const std::string& path) {
     fs::remove_all(path, ignored);
 }
 
-/// One that another run has just made and not yet locked looks abandoned; a second old ones only are taken.
-bool isSettled(const FileDescriptor& folder) {
-    struct stat status {};
-    return ::fstat(folder.get(), &status) == 0 && ::time(nullptr) - status.st_ctime > 1;
-}
-
 void removeAbandoned(const std::string& parent, const std::string& prefix) {
     std::error_code failure;
     for (fs::directory_iterator entry(parent, failure), end; !failure && entry != end; entry.increment(failure)) {
         if (!entry->path().filename().string().starts_with(prefix)) continue;
         const FileDescriptor folder = openFolder(entry->path().string());
-        if (folder && isOwn(folder) && isSettled(folder) && isFree(folder)) removeFolder(entry->path().string());
+        if (folder && isOwn(folder) && isFree(folder)) removeFolder(entry->path().string());
     }
 }
 
@@ -56,16 +51,19 @@ std::string temporaryFolder() {
     return "/tmp";
 }
 
+/// It gets its name when it is locked already, so that no other run takes it for an abandoned one.
 WorkFolder::WorkFolder(const std::string& parent, const std::string& prefix, const std::string& name)
     : path_(parent + "/" + prefix + name) {
     removeAbandoned(parent, prefix);
-    if (::mkdir(path_.c_str(), 0700) != 0) throw PosixError(errno, path_);
-    lock_ = openFolder(path_);
-    if (!lock_ || !isFree(lock_)) {
-        const int failure = errno;
-        removeFolder(path_);
-        throw PosixError(failure, path_);
-    }
+    const std::string unnamed = parent + "/." + prefix + name;
+    if (::mkdir(unnamed.c_str(), 0700) != 0) throw PosixError(errno, unnamed);
+    lock_ = openFolder(unnamed);
+    if (lock_ && isFree(lock_)
+        && ::renameat2(AT_FDCWD, unnamed.c_str(), AT_FDCWD, path_.c_str(), RENAME_NOREPLACE) == 0)
+        return;
+    const int failure = errno;
+    removeFolder(unnamed);
+    throw PosixError(failure, path_);
 }
 
 WorkFolder::~WorkFolder() { removeFolder(path_); }

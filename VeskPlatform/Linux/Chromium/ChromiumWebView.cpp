@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <asio/co_spawn.hpp>
+#include <atomic>
 #include <cmath>
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,13 +21,29 @@ constexpr double pointsPerInch = 72, pixelsPerInch = 96;
 
 double pixels(double points) { return points / pointsPerInch * pixelsPerInch; }
 
-std::string uniqueName() { return std::to_string(::getpid()); }
+/// Of the views of all processes that share a folder for temporary files.
+std::string uniqueName() {
+    static std::atomic<unsigned> views{0};
+    return std::to_string(::getpid()) + "-" + std::to_string(++views);
+}
 
 std::exception_ptr timedOut(const char* what, std::chrono::milliseconds limit) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit).count();
     return std::make_exception_ptr(
         WebEngineError(WebEngineError::Kind::timedOut, "The browser engine did not " + std::string(what) + " within "
                                                            + std::to_string(seconds) + " seconds."));
+}
+
+/// An answer of another shape than the protocol's is the engine's failure too.
+std::exception_ptr typed(std::exception_ptr failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const nlohmann::json::exception&) {
+        return std::make_exception_ptr(
+            WebEngineError(WebEngineError::Kind::broken, "The browser engine answered in an unexpected way."));
+    } catch (...) {
+        return failure;
+    }
 }
 
 std::string describe(const std::exception_ptr& failure) {
@@ -41,7 +58,8 @@ std::string describe(const std::exception_ptr& failure) {
 
 ChromiumWebView::ChromiumWebView(const WebEngineOptions& options, asio::any_io_executor executor)
     : options_(options), executor_(std::move(executor)), folder_(temporaryFolder(), "vesk-pdf-", uniqueName()),
-      process_(engineProgram(options_.environment, folder_.path()), folder_.path() + "/engine.log"),
+      process_(engineProgram(options_.environment, options_.programFolders, folder_.path()),
+               folder_.path() + "/engine.log"),
       connection_(
           std::make_shared<DevToolsConnection>(executor_, std::move(process_.commands), std::move(process_.answers))),
       deadline_(executor_) {
@@ -71,16 +89,16 @@ Task<DevToolsConnection::Json> ChromiumWebView::call(const char* method, Json pa
 
 Task<void> ChromiumWebView::open(double width, double height) {
     limit(options_.patience.start, "start");
-    std::string failure;
+    std::exception_ptr failure;
     try {
         co_await attach();
         auto preparing = prepare(width, height);
         co_await std::move(preparing);
-    } catch (const WebEngineError& error) {
-        failure = error.description();
+    } catch (...) {
+        failure = typed(std::current_exception());
     }
     deadline_.cancel();
-    if (!failure.empty()) failToStart(failure);
+    if (failure) failToStart(describe(failure));
 }
 
 Task<void> ChromiumWebView::attach() {
@@ -140,7 +158,7 @@ void ChromiumWebView::loadHtml(std::string document, WebNavigationDelegate& dele
         if (!*alive) return;
         deadline_.cancel();
         if (failure)
-            delegate.didFailNavigation(std::move(failure));
+            delegate.didFailNavigation(typed(std::move(failure)));
         else
             delegate.didFinishNavigation();
     });
@@ -159,7 +177,7 @@ void ChromiumWebView::runPrintOperation(WebPrintJob job, WebPrintDelegate& deleg
     asio::co_spawn(executor_, print(std::move(job)), [this, alive = alive_, &delegate](std::exception_ptr failure) {
         if (!*alive) return;
         deadline_.cancel();
-        if (failure) options_.log("pdf-render failed stage=print reason=" + describe(failure));
+        if (failure) options_.log("pdf-render failed stage=print reason=" + describe(typed(failure)));
         delegate.printOperationDidRun(failure == nullptr);
     });
 }

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace vesk {
 
@@ -27,6 +28,9 @@ struct WebEngineOptions {
     Environment& environment;
     std::function<void(const std::string& message)> log;
     WebEnginePatience patience{};
+    /// Where the engine's program is looked for. Debian's programs themselves come before the scripts of the same
+    /// names, which only add time and flags.
+    std::vector<std::string> programFolders{"/usr/lib/chromium", "/usr/bin"};
 };
 
 /// One page in a browser engine of its own, which a debugging pipe drives. The page has no scripts; whatever it asks

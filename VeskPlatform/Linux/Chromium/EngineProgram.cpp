@@ -12,10 +12,9 @@
 namespace vesk {
 namespace {
 
-/// Debian's programs themselves come before the scripts of the same names, which only add time and flags.
-std::string enginePath() {
+std::string enginePath(const std::vector<std::string>& folders) {
     for (const char* name : {"chromium-headless-shell", "chromium"})
-        if (auto path = installedProgram(name, {"/usr/lib/chromium", "/usr/bin"})) return *path;
+        if (auto path = installedProgram(name, folders)) return *path;
     throw WebEngineError(WebEngineError::Kind::missing,
                          "No browser engine to render HTML with was found. Install the Debian package "
                          "chromium-headless-shell (or chromium).");
@@ -51,8 +50,9 @@ std::string makeProfileFolder(const std::string& workFolder, const std::optional
 
 } // namespace
 
-EngineProgram engineProgram(Environment& environment, const std::string& workFolder) {
-    EngineProgram program{.path = enginePath(), .arguments = {}, .environment = {}, .user = unprivilegedUser()};
+EngineProgram engineProgram(Environment& environment, const std::vector<std::string>& folders,
+                            const std::string& workFolder) {
+    EngineProgram program{.path = enginePath(folders), .arguments = {}, .environment = {}, .user = unprivilegedUser()};
     const std::string profileFolder = makeProfileFolder(workFolder, program.user);
     program.environment = engineEnvironment(environment, profileFolder, !program.user);
     program.arguments = {program.path,

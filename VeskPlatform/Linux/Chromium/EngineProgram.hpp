@@ -24,9 +24,10 @@ struct EngineProgram {
     std::optional<EngineUser> user;
 };
 
-/// The first of Debian's chromium-headless-shell and chromium that is there. All that it keeps lies in a folder of its
-/// own that is made below `workFolder`. The sandbox is on unless VESK_CHROMIUM_NO_SANDBOX is "1". Throws WebEngineError
-/// where there is neither program, PosixError where the folder cannot be made.
-EngineProgram engineProgram(Environment& environment, const std::string& workFolder);
+/// The first of Debian's chromium-headless-shell and chromium that is there in one of `folders`. All that it keeps lies
+/// in a folder of its own that is made below `workFolder`. The sandbox is on unless VESK_CHROMIUM_NO_SANDBOX is "1".
+/// Throws WebEngineError where there is neither program, PosixError where the folder cannot be made.
+EngineProgram engineProgram(Environment& environment, const std::vector<std::string>& folders,
+                            const std::string& workFolder);
 
 } // namespace vesk
