@@ -160,6 +160,12 @@ TEST_F(ScreenCapture, OnlyTheDisplaysThatAreListedAreCaptured) {
     EXPECT_EQ(displays.captured, 1);
 }
 
+TEST_F(ScreenCapture, ADisplayThatCameAfterTheCountIsLeftOut) {
+    displays.whenCounted = [&] { displays.all.push_back({.identifier = 13, .place = {2880, 0, 10, 10}}); };
+    EXPECT_EQ(capture().width, 2880);
+    EXPECT_EQ(displays.captured, 2);
+}
+
 TEST_F(ScreenCapture, BoundsWithoutAnAreaFail) {
     displays.all = {{.identifier = 1, .place = {3, 3, 0.5, 0}}};
     EXPECT_EQ(failure(), cannotCapture);
