@@ -9,7 +9,7 @@ class FileManager {
 public:
     virtual ~FileManager() = default;
     /// Absolute. Throws PosixError where it is gone.
-    virtual std::string currentDirectory() = 0;
+    virtual std::string currentDirectoryPath() = 0;
     /// Makes the folder and those above it that are not there; one that is there is no failure. Throws PosixError, with
     /// ENOTDIR or EEXIST where something else stands in the way.
     virtual void createDirectory(const std::string& path) = 0;

@@ -23,8 +23,8 @@ constexpr std::chrono::milliseconds settlingTime{50};
 ErrorRecord pdfError(std::string message, std::int64_t code) { return {"VeskPDFOperations", code, std::move(message)}; }
 
 std::string outputFile(FileManager& files, std::string_view outputPath) {
-    const std::string path = standardizedPath(absolutePath(outputPath, files.currentDirectory()));
-    files.createDirectory(parentPath(path));
+    const std::string path = standardizedPath(absolutePath(outputPath, files.currentDirectoryPath()));
+    files.createDirectory(parentFolder(path));
     return path;
 }
 

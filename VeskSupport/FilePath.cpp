@@ -2,14 +2,26 @@
 
 #include "VeskSupport/Text.hpp"
 
+#include <filesystem>
 #include <vector>
 
 namespace vesk {
+namespace {
+
+std::string withoutSlashesAtItsEnd(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    return std::string(path);
+}
+
+} // namespace
 
 std::string absolutePath(std::string_view path, std::string_view currentDirectory) {
-    if (path.starts_with('/')) return std::string(path);
-    return std::string(currentDirectory) + "/" + std::string(path);
+    if (path.starts_with('/')) return withoutSlashesAtItsEnd(path);
+    const auto joined = std::filesystem::path(currentDirectory) / path;
+    return withoutSlashesAtItsEnd(joined.lexically_normal().native());
 }
+
+std::string parentFolder(std::string_view path) { return withoutSlashesAtItsEnd(path.substr(0, path.rfind('/') + 1)); }
 
 std::string standardizedPath(std::string_view absolutePath) {
     std::vector<std::string> kept;
@@ -26,12 +38,6 @@ std::string standardizedPath(std::string_view absolutePath) {
 std::string lastPathComponent(std::string_view path) {
     if (path == "/") return "/";
     return std::string(path.substr(path.rfind('/') + 1)); // the whole where there is no slash
-}
-
-std::string parentPath(std::string_view path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string_view::npos) return {};
-    return slash == 0 ? "/" : std::string(path.substr(0, slash));
 }
 
 std::string pathExtension(std::string_view path) {

@@ -7,20 +7,21 @@
 
 namespace vesk {
 
-/// `path` from the absolute `currentDirectory` where it is relative.
+/// `path` as it is where it is absolute, less slashes at its end; else from `currentDirectory` on, without the parts
+/// "." and "..".
 std::string absolutePath(std::string_view path, std::string_view currentDirectory);
 
-/// An absolute path without empty components, ".", "..", or a slash at its end; "/" above which nothing is.
+/// The folder that an absolute path lies in; "/" for what lies there and for "/" itself.
+std::string parentFolder(std::string_view path);
+
+/// An absolute path without empty parts, ".", ".." and a slash at its end.
 std::string standardizedPath(std::string_view absolutePath);
 
-/// The last component of a standardized path; "/" of the root.
+/// The last part of a path without a slash at its end; "/" of the root.
 std::string lastPathComponent(std::string_view path);
 
-/// All but the last component of a standardized path; "/" of the root.
-std::string parentPath(std::string_view path);
-
-/// What follows the last dot of the last component; empty where there is none, the dot comes first or last, or what
-/// follows has a blank in it.
+/// What follows the last dot of the last part; empty where there is none, the dot comes first or last, or what follows
+/// has a blank in it.
 std::string pathExtension(std::string_view path);
 
 } // namespace vesk

@@ -11,7 +11,7 @@ namespace vesk {
 
 namespace fs = std::filesystem;
 
-std::string PosixFileManager::currentDirectory() {
+std::string PosixFileManager::currentDirectoryPath() {
     std::error_code failure;
     const fs::path path = fs::current_path(failure);
     if (failure) throw PosixError(failure.value(), ".");

@@ -7,7 +7,7 @@ namespace vesk {
 /// The file system through POSIX calls.
 class PosixFileManager : public FileManager {
 public:
-    std::string currentDirectory() override;
+    std::string currentDirectoryPath() override;
     void createDirectory(const std::string& path) override;
     bool fileExists(const std::string& path) override;
     void removeItem(const std::string& path) override;

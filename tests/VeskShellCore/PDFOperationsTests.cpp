@@ -77,8 +77,8 @@ TEST_F(PDFOperations, OnePageHasADetailOfItsOwn) {
 }
 
 TEST_F(PDFOperations, ARelativePathStartsAtTheCurrentDirectory) {
-    EXPECT_EQ(render("x", "sub/a.pdf").filePath, "/work/sub/a.pdf");
-    EXPECT_THAT(files.calls, ElementsAre("createDirectory /work/sub"));
+    EXPECT_EQ(render("x", "sub/a.pdf").filePath, "/home/dana/work/sub/a.pdf");
+    EXPECT_THAT(files.calls, ElementsAre("createDirectory /home/dana/work/sub"));
 }
 
 TEST_F(PDFOperations, BlankArgumentsFailBeforeAnythingIsDone) {

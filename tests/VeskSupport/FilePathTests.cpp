@@ -5,9 +5,26 @@
 namespace vesk {
 namespace {
 
-TEST(FilePath, RelativePathsStartAtTheCurrentDirectory) {
-    EXPECT_EQ(absolutePath("a/b", "/work"), "/work/a/b");
-    EXPECT_EQ(absolutePath("/a", "/work"), "/a");
+TEST(FilePath, AnAbsolutePathStaysAsItIs) {
+    EXPECT_EQ(absolutePath("/a/b.png", "/home/dana"), "/a/b.png");
+    EXPECT_EQ(absolutePath("/a/../b//c", "/home/dana"), "/a/../b//c");
+    EXPECT_EQ(absolutePath("/a/b//", "/home/dana"), "/a/b");
+    EXPECT_EQ(absolutePath("/", "/home/dana"), "/");
+}
+
+TEST(FilePath, ARelativePathStartsFromTheCurrentFolder) {
+    EXPECT_EQ(absolutePath("b.png", "/home/dana"), "/home/dana/b.png");
+    EXPECT_EQ(absolutePath("./a/../b.png", "/home/dana"), "/home/dana/b.png");
+    EXPECT_EQ(absolutePath("../b.png", "/home/dana"), "/home/b.png");
+    EXPECT_EQ(absolutePath("~/b/", "/"), "/~/b");
+    EXPECT_EQ(absolutePath("", "/home/dana"), "/home/dana");
+}
+
+TEST(FilePath, TheFolderIsWhatStandsBeforeTheLastPart) {
+    EXPECT_EQ(parentFolder("/a/b.png"), "/a");
+    EXPECT_EQ(parentFolder("/a//b.png"), "/a");
+    EXPECT_EQ(parentFolder("/b.png"), "/");
+    EXPECT_EQ(parentFolder("/"), "/");
 }
 
 TEST(FilePath, StandardizingDropsWhatLeadsNowhere) {
@@ -31,9 +48,6 @@ TEST(FilePath, ComponentsOfAStandardizedPath) {
     EXPECT_EQ(lastPathComponent("/a/b.pdf"), "b.pdf");
     EXPECT_EQ(lastPathComponent("b.pdf"), "b.pdf");
     EXPECT_EQ(lastPathComponent("/"), "/");
-    EXPECT_EQ(parentPath("/a/b"), "/a");
-    EXPECT_EQ(parentPath("/a"), "/");
-    EXPECT_EQ(parentPath("/"), "/");
 }
 
 TEST(FilePath, AnExtensionFollowsTheLastDot) {

@@ -26,15 +26,19 @@ public:
     }
 };
 
-/// Files that are there and folders that were made; verbs are recorded in `calls`, and paths in `refused` throw EACCES.
+/// Files that are there and folders that were made; verbs are recorded in `calls`, folders also in `made`, and paths in
+/// `refused` throw EACCES.
 class FakeFileManager : public FileManager {
 public:
-    std::string directory = "/work";
+    std::string current = "/home/dana/work";
     std::set<std::string> existing, refused;
-    std::vector<std::string> calls;
+    std::vector<std::string> calls, made;
 
-    std::string currentDirectory() override { return directory; }
-    void createDirectory(const std::string& path) override { begin("createDirectory", path); }
+    std::string currentDirectoryPath() override { return current; }
+    void createDirectory(const std::string& path) override {
+        begin("createDirectory", path);
+        made.push_back(path);
+    }
     bool fileExists(const std::string& path) override { return existing.contains(path); }
     void removeItem(const std::string& path) override {
         begin("removeItem", path);
