@@ -8,31 +8,22 @@
 #include "VeskShellCore/CapabilityStatuses.hpp"
 #include "VeskShellCore/ContactsOperations.hpp"
 #include "VeskShellCore/MailOperations.hpp"
+#include "VeskShellCore/MediaOperations.hpp"
 #include "VeskShellCore/MessagesOperations.hpp"
 #include "VeskShellCore/NativeControlOperations.hpp"
 #include "VeskShellCore/PDFOperations.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
-#include "VeskSupport/ErrorRecord.hpp"
 
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace vesk {
 namespace {
 
-constexpr int absentOperation = 70;
-
-ErrorRecord notPartOfThisBuild(std::string_view word) {
-    return {"VeskCapabilityBroker", absentOperation,
-            "The command \"" + std::string(word) + "\" is not part of this build."};
-}
-
 /// One overload per command: its row of the table. Outlives the tasks that it returns.
 class Rows {
 public:
-    explicit Rows(Platform& platform, std::string_view word)
-        : platform_(platform), bundle_(platform.mainBundle()), word_(word) {}
+    explicit Rows(Platform& platform) : platform_(platform), bundle_(platform.mainBundle()) {}
 
     // ---- Capabilities
 
@@ -172,25 +163,22 @@ public:
                                                          request.paperSize, request.landscape, bundle_);
     }
 
-    // ---- Commands whose operations this build does not hold; what comes before the operation still happens
-
     Task<AnyEncodable> operator()(command::MediaCompose c) {
-        readMediaComposeRequest(platform_.fileReader(), c.requestPath);
-        return absent();
+        auto request = readMediaComposeRequest(platform_.fileReader(), c.requestPath);
+        co_return co_await VeskMediaOperations::compose(platform_, request.profile, std::move(request.inputs),
+                                                        std::move(request.outputPath), request.imageDurationSeconds,
+                                                        bundle_);
     }
 
 private:
-    [[noreturn]] Task<AnyEncodable> absent() { throw notPartOfThisBuild(word_); }
-
     Platform& platform_;
     const Bundle& bundle_;
-    std::string_view word_;
 };
 
 } // namespace
 
 Task<AnyEncodable> dispatch(Platform& platform, BrokerCommand command) {
-    Rows rows(platform, commandWord(command));
+    Rows rows(platform);
     co_return co_await std::visit([&](auto& payload) { return rows(std::move(payload)); }, command);
 }
 

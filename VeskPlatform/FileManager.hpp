@@ -1,8 +1,16 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace vesk {
+
+/// A folder for the work of one run; removed with everything in it when the object goes, whatever fails then.
+class WorkDirectory {
+public:
+    virtual ~WorkDirectory() = default;
+    virtual const std::string& path() const = 0;
+};
 
 /// Folders and files of the user. Relative paths are relative to the current directory.
 class FileManager {
@@ -18,6 +26,9 @@ public:
     /// Removes a file, a link itself, or a folder with everything in it. Throws PosixError, ENOENT where nothing is
     /// there.
     virtual void removeItem(const std::string& path) = 0;
+    /// A new folder in the system's one for temporary files, of that prefix and a random UUID in upper case. What
+    /// killed runs left of the same prefix is removed. Throws PosixError.
+    virtual std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) = 0;
 };
 
 } // namespace vesk

@@ -19,6 +19,7 @@ class FileManager;
 class FileReader;
 class LocaleSettings;
 class MailScriptRunner;
+class MediaFramework;
 class MessagesScriptRunner;
 class MonotonicClock;
 class PdfDocuments;
@@ -54,6 +55,7 @@ public:
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     virtual MailScriptRunner& mailScriptRunner() = 0;
+    virtual MediaFramework& mediaFramework() = 0;
     virtual MessagesScriptRunner& messagesScriptRunner() = 0;
     virtual MonotonicClock& monotonicClock() = 0;
     /// The queue "app.veskhq.shell-debug-log".

@@ -3,6 +3,7 @@
 #include "VeskSupport/Records.hpp"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,5 +53,36 @@ inline constexpr auto recordTable<CapabilityMediaComposeRequest> =
                  required("inputs", &CapabilityMediaComposeRequest::inputs),
                  required("outputPath", &CapabilityMediaComposeRequest::outputPath),
                  optional("imageDurationSeconds", &CapabilityMediaComposeRequest::imageDurationSeconds));
+
+struct CapabilityMediaComposeResponse {
+    std::string brokerPath;
+    std::optional<std::string> bundlePath;
+    std::string filePath;
+    std::string fileName;
+    std::string mimeType;
+    CapabilityMediaComposeProfile profile{};
+    /// In pixels.
+    std::int64_t width = 0;
+    std::int64_t height = 0;
+    double durationSeconds = 0;
+    std::int64_t inputCount = 0;
+    std::string detail;
+
+    bool operator==(const CapabilityMediaComposeResponse&) const = default;
+};
+
+template <>
+inline constexpr auto recordTable<CapabilityMediaComposeResponse> =
+    recordFields(required("brokerPath", &CapabilityMediaComposeResponse::brokerPath),
+                 optional("bundlePath", &CapabilityMediaComposeResponse::bundlePath),
+                 required("filePath", &CapabilityMediaComposeResponse::filePath),
+                 required("fileName", &CapabilityMediaComposeResponse::fileName),
+                 required("mimeType", &CapabilityMediaComposeResponse::mimeType),
+                 required("profile", &CapabilityMediaComposeResponse::profile),
+                 required("width", &CapabilityMediaComposeResponse::width),
+                 required("height", &CapabilityMediaComposeResponse::height),
+                 required("durationSeconds", &CapabilityMediaComposeResponse::durationSeconds),
+                 required("inputCount", &CapabilityMediaComposeResponse::inputCount),
+                 required("detail", &CapabilityMediaComposeResponse::detail));
 
 } // namespace vesk

@@ -11,6 +11,7 @@
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
 #include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
+#include "VeskPlatform/Linux/Media/LoadedMedia.hpp"
 #include "VeskPlatform/Linux/Pdf/LoadedPdfDocuments.hpp"
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
@@ -65,6 +66,7 @@ struct LinuxPlatform::Adapters {
     std::optional<LinuxDesktop> desktop;
     std::optional<ChromiumEngine> webEngine;
     std::optional<LoadedPdfDocuments> pdfDocuments;
+    std::unique_ptr<MediaFramework> mediaFramework;
     std::optional<ThreadSerialQueue> logQueue;
 };
 
@@ -107,6 +109,12 @@ Desktop& LinuxPlatform::desktop() {
 }
 
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
+
+MediaFramework& LinuxPlatform::mediaFramework() {
+    if (!adapters_->mediaFramework)
+        adapters_->mediaFramework = loadMediaFramework(moduleFolderOf(runningExecutable()), {.log = wiring_.log});
+    return *adapters_->mediaFramework;
+}
 
 WebEngine& LinuxPlatform::webEngine() {
     return built(adapters_->webEngine, WebEngineOptions{.environment = environment(), .log = wiring_.log});

@@ -44,6 +44,7 @@ public:
     FileReader& fileReader() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;
+    MediaFramework& mediaFramework() override;
     MessagesScriptRunner& messagesScriptRunner() override;
     MonotonicClock& monotonicClock() override;
     SerialQueue& logQueue() override;

@@ -1,8 +1,12 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Linux/RandomUuid.hpp"
+#include "VeskPlatform/Linux/WorkFolder.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
@@ -29,6 +33,12 @@ void PosixFileManager::removeItem(const std::string& path) {
     std::error_code failure;
     if (fs::remove_all(path, failure) == 0 && !failure) throw PosixError(ENOENT, path);
     if (failure) throw PosixError(failure.value(), path);
+}
+
+std::unique_ptr<WorkDirectory> PosixFileManager::makeWorkDirectory(const std::string& prefix) {
+    std::string name = randomUuid();
+    std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return std::make_unique<WorkFolder>(temporaryFolder(), prefix, name);
 }
 
 } // namespace vesk

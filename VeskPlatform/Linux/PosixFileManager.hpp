@@ -11,6 +11,7 @@ public:
     void createDirectory(const std::string& path) override;
     bool fileExists(const std::string& path) override;
     void removeItem(const std::string& path) override;
+    std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) override;
 };
 
 } // namespace vesk

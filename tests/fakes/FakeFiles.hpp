@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <map>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -45,7 +46,23 @@ public:
         if (existing.erase(path) == 0) throw PosixError(ENOENT, path);
     }
 
+    std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) override {
+        begin("makeWorkDirectory", prefix);
+        return std::make_unique<Work>(*this, "/temporary/" + prefix + "UUID");
+    }
+
 private:
+    class Work : public WorkDirectory {
+    public:
+        Work(FakeFileManager& files, std::string path) : files_(files), path_(std::move(path)) {}
+        ~Work() override { files_.calls.push_back("removeWorkDirectory " + path_); }
+        const std::string& path() const override { return path_; }
+
+    private:
+        FakeFileManager& files_;
+        std::string path_;
+    };
+
     void begin(const std::string& verb, const std::string& path) {
         if (refused.contains(path)) throw PosixError(EACCES, path);
         calls.push_back(verb + " " + path);

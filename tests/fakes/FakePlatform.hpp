@@ -10,6 +10,7 @@
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
 #include "tests/fakes/FakeMail.hpp"
+#include "tests/fakes/FakeMediaFramework.hpp"
 #include "tests/fakes/FakeMessages.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
 #include "tests/fakes/FakeWebEngine.hpp"
@@ -36,6 +37,7 @@ public:
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
     FakeMail fakeMail;
+    FakeMediaFramework fakeMediaFramework;
     FakeMessages fakeMessages;
     FakeMonotonicClock fakeMonotonicClock;
     FakePdfDocuments fakePdfDocuments;
@@ -63,6 +65,7 @@ public:
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }
+    MediaFramework& mediaFramework() override { return fakeMediaFramework; }
     MessagesScriptRunner& messagesScriptRunner() override { return fakeMessages; }
     MonotonicClock& monotonicClock() override { return fakeMonotonicClock; }
     SerialQueue& logQueue() override { return fakeLogQueue; }

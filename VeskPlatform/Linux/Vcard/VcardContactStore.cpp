@@ -1,12 +1,12 @@
 #include "VeskPlatform/Linux/Vcard/VcardContactStore.hpp"
 
+#include "VeskPlatform/Linux/RandomUuid.hpp"
 #include "VeskPlatform/Linux/Vcard/CardEditing.hpp"
 #include "VeskPlatform/Linux/Vcard/CardScanner.hpp"
 #include "VeskPlatform/Linux/Vcard/IndexedBook.hpp"
 #include "VeskPlatform/Linux/Vcard/MailingText.hpp"
 #include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
-#include "VeskPlatform/Linux/Vdir/RandomUuid.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 

@@ -1,11 +1,11 @@
 #include "VeskPlatform/Linux/Vdir/VdirEventStore.hpp"
 
+#include "VeskPlatform/Linux/RandomUuid.hpp"
 #include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
 #include "VeskPlatform/Linux/Vdir/IndexedCollection.hpp"
 #include "VeskPlatform/Linux/Vdir/NewEventText.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
-#include "VeskPlatform/Linux/Vdir/RandomUuid.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 

@@ -1,10 +1,10 @@
 #include "VeskPlatform/Linux/Vdir/VdirReminderStore.hpp"
 
+#include "VeskPlatform/Linux/RandomUuid.hpp"
 #include "VeskPlatform/Linux/Vdir/CollectionTree.hpp"
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
-#include "VeskPlatform/Linux/Vdir/RandomUuid.hpp"
 #include "VeskPlatform/Linux/Vdir/TodoComponent.hpp"
 #include "VeskPlatform/Linux/Vdir/TodoEdit.hpp"
 #include "VeskSupport/ErrorRecord.hpp"

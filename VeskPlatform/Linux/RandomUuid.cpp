@@ -1,10 +1,10 @@
-#include "VeskPlatform/Linux/Vdir/RandomUuid.hpp"
+#include "VeskPlatform/Linux/RandomUuid.hpp"
 
 #include <cstdint>
 #include <cstdio>
 #include <random>
 
-namespace vesk::vdir {
+namespace vesk {
 
 std::string randomUuid() {
     std::random_device source;
@@ -18,4 +18,4 @@ std::string randomUuid() {
     return text;
 }
 
-} // namespace vesk::vdir
+} // namespace vesk

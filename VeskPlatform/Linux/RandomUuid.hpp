@@ -2,9 +2,9 @@
 
 #include <string>
 
-namespace vesk::vdir {
+namespace vesk {
 
 /// A random UUID (RFC 9562, version 4) in lower case.
 std::string randomUuid();
 
-} // namespace vesk::vdir
+} // namespace vesk
