@@ -51,6 +51,16 @@ add_library(third_qpdf INTERFACE)
 target_compile_definitions(third_qpdf INTERFACE POINTERHOLDER_TRANSITION=4)
 target_link_libraries(third_qpdf INTERFACE PkgConfig::VESK_QPDF)
 
+# Only modules link it.
+pkg_check_modules(VESK_FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavfilter libavutil libswscale
+  libswresample)
+add_library(third_ffmpeg INTERFACE)
+target_link_libraries(third_ffmpeg INTERFACE PkgConfig::VESK_FFMPEG)
+
+pkg_check_modules(VESK_HEIF REQUIRED IMPORTED_TARGET libheif)
+add_library(third_heif INTERFACE)
+target_link_libraries(third_heif INTERFACE PkgConfig::VESK_HEIF)
+
 find_path(VESK_INCLUDE_JSON nlohmann/json.hpp REQUIRED)
 add_library(third_json INTERFACE)
 target_include_directories(third_json SYSTEM INTERFACE ${VESK_INCLUDE_JSON})

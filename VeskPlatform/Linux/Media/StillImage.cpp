@@ -1,0 +1,106 @@
+#include "VeskPlatform/Linux/Media/StillImage.hpp"
+
+#include "VeskPlatform/Linux/Media/HeifImage.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+namespace vesk {
+namespace {
+
+constexpr const char* imageFormats = "image2,jpeg_pipe,png_pipe,gif,webp_pipe,gif_pipe";
+constexpr int mostHalvings = 3; // what the JPEG decoder offers
+
+std::int64_t pixels(const AVCodecParameters& parameters) {
+    return std::int64_t{parameters.width} * std::int64_t{parameters.height};
+}
+
+/// How often the sides of a JPEG are halved while it is decoded, so that they keep `needed` pixels if they can.
+int halvings(const AVCodecParameters& parameters, std::size_t needed) {
+    if (parameters.codec_id != AV_CODEC_ID_MJPEG) return 0;
+    const std::int64_t longer = std::max(parameters.width, parameters.height);
+    int count = 0;
+    while (count < mostHalvings
+           && (longer >> (count + 1) >= static_cast<std::int64_t>(needed)
+               || pixels(parameters) >> (2 * count) > mostDecodedPixels))
+        ++count;
+    return count;
+}
+
+/// The first picture that the stream holds; null where there is none whole.
+FramePointer firstPicture(AVFormatContext& input, AVCodecContext& decoder, int stream) {
+    const PacketPointer packet = makePacket();
+    FramePointer frame = makeFrame();
+    bool ended = false;
+    while (!ended) {
+        ended = av_read_frame(&input, packet.get()) < 0;
+        if (!ended && packet->stream_index != stream) {
+            av_packet_unref(packet.get());
+            continue;
+        }
+        const int sent = avcodec_send_packet(&decoder, ended ? nullptr : packet.get());
+        av_packet_unref(packet.get());
+        if (sent < 0 && sent != AVERROR(EAGAIN)) return nullptr;
+        if (avcodec_receive_frame(&decoder, frame.get()) >= 0) return frame;
+    }
+    return nullptr;
+}
+
+Orientation storedOrientation(const AVFrame& frame) {
+    const AVDictionaryEntry* entry = av_dict_get(frame.metadata, "Orientation", nullptr, 0);
+    return entry == nullptr ? Orientation() : orientationOfExif(std::atoi(entry->value));
+}
+
+class FfmpegImageSource : public ImageSource {
+public:
+    FfmpegImageSource(InputPointer input, int stream) : input_(std::move(input)), stream_(stream) {}
+
+    std::unique_ptr<MediaImage> makeThumbnail(std::size_t maximumPixelSize) override {
+        try {
+            const AVStream& stream = *input_->streams[stream_];
+            AVDictionary* options = nullptr;
+            const int count = halvings(*stream.codecpar, maximumPixelSize);
+            av_dict_set_int(&options, "lowres", count, 0);
+            if (pixels(*stream.codecpar) >> (2 * count) > mostDecodedPixels) return nullptr;
+            const CodecPointer decoder = openDecoder(stream, &options);
+            av_dict_free(&options);
+            FramePointer picture = firstPicture(*input_, *decoder, stream_);
+            if (!picture) return nullptr;
+            const Orientation orientation = storedOrientation(*picture);
+            return std::make_unique<StillImage>(std::move(picture), orientation, maximumPixelSize);
+        } catch (const FfmpegError&) {
+            return nullptr;
+        }
+    }
+
+private:
+    InputPointer input_;
+    int stream_;
+};
+
+} // namespace
+
+StillImage::StillImage(FramePointer stored, Orientation orientation, std::size_t maximumPixelSize)
+    : stored_(std::move(stored)), orientation_(orientation) {
+    double width = stored_->width, height = stored_->height;
+    if (orientation_.swapsAxes()) std::swap(width, height);
+    const double scale = std::min(1.0, static_cast<double>(maximumPixelSize) / std::max(width, height));
+    width_ = static_cast<std::size_t>(std::max(1.0, std::round(width * scale)));
+    height_ = static_cast<std::size_t>(std::max(1.0, std::round(height * scale)));
+}
+
+std::unique_ptr<ImageSource> openStillImage(const std::string& path) {
+    if (auto heif = openHeifImage(path)) return heif;
+    try {
+        InputPointer input = openInput(path, imageFormats);
+        const int stream = av_find_best_stream(input.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+        if (stream < 0) return nullptr;
+        return std::make_unique<FfmpegImageSource>(std::move(input), stream);
+    } catch (const FfmpegError&) {
+        return nullptr;
+    }
+}
+
+} // namespace vesk
