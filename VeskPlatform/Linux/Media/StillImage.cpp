@@ -10,7 +10,8 @@
 namespace vesk {
 namespace {
 
-constexpr const char* imageFormats = "image2,jpeg_pipe,png_pipe,gif,webp_pipe,gif_pipe";
+/// Those that are told by their content and not by the file's name.
+constexpr const char* imageFormats = "jpeg_pipe,png_pipe,gif,webp_pipe";
 constexpr int mostHalvings = 3; // what the JPEG decoder offers
 
 std::int64_t pixels(const AVCodecParameters& parameters) {
