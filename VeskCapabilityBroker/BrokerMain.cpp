@@ -5,9 +5,8 @@
 #include "VeskCapabilityBroker/FatalError.hpp"
 #include "VeskCapabilityBroker/JsonOutput.hpp"
 #include "VeskPlatform/SerialQueue.hpp"
+#include "VeskSupport/RunToTheEnd.hpp"
 
-#include <asio/co_spawn.hpp>
-#include <asio/io_context.hpp>
 #include <exception>
 
 namespace vesk {
@@ -18,21 +17,6 @@ Task<void> runCommand(const std::vector<std::string>& arguments, Platform& platf
     BrokerCommand command = parseCommand(all.empty() ? all : all.subspan(1));
     const AnyEncodable record = co_await dispatch(platform, std::move(command));
     writeJSON(record, output);
-}
-
-/// Runs the task until it has ended. Throws what it throws.
-void runToTheEnd(Task<void> task) {
-    asio::io_context executor(1);
-    bool ended = false;
-    std::exception_ptr failure;
-    asio::co_spawn(executor, std::move(task), [&](std::exception_ptr thrown) {
-        ended = true;
-        failure = std::move(thrown);
-    });
-    executor.run();
-    // Nothing left to run and no answer: something dropped the task that waited for it.
-    if (!ended) throw ErrorRecord("VeskCapabilityBroker", 70, "The command ended without an answer.");
-    if (failure) std::rethrow_exception(failure);
 }
 
 void drainLog(Platform& platform) noexcept {

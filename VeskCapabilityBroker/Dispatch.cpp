@@ -1,7 +1,6 @@
 #include "VeskCapabilityBroker/Dispatch.hpp"
 
 #include "VeskCapabilityBroker/CapabilityRequests.hpp"
-#include "VeskCapabilityBroker/RequestFiles.hpp"
 #include "VeskShellCore/BrokerPaths.hpp"
 #include "VeskShellCore/CalendarOperations.hpp"
 #include "VeskShellCore/CapabilityScreenCaptureSupport.hpp"
@@ -12,6 +11,7 @@
 #include "VeskShellCore/MessagesOperations.hpp"
 #include "VeskShellCore/NativeControlOperations.hpp"
 #include "VeskShellCore/PDFOperations.hpp"
+#include "VeskShellCore/RequestFiles.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
 
 #include <string>

@@ -25,6 +25,11 @@ public:
         page_->add_option("url", pageCommand_.url, "The settings address")->required()->type_name("URL");
         doctor_ = app_.add_subcommand("doctor", "Tell what serves each capability and what is missing");
         doctor_->add_flag("--json", doctorCommand_.json, "Print JSON");
+        compose_ = app_.add_subcommand("compose", "Compose pictures and clips into a vertical film");
+        compose_->add_option("--request", composeCommand_.requestPath, "The request, a JSON file")
+            ->required()
+            ->type_name("FILE");
+        compose_->add_flag("--quiet", composeCommand_.quiet, "Show no progress");
     }
 
     Command parse(std::vector<std::string> arguments) {
@@ -62,6 +67,7 @@ private:
         pageCommand_.usage = usage();
         if (page_->parsed()) return pageCommand_;
         if (doctor_->parsed()) return doctorCommand_;
+        if (compose_->parsed()) return composeCommand_;
         if (!version_)
             throw UsageError(usage(), json_ ? "--json needs --version or a command." : "A command is needed.");
         return VersionCommand{json_};
@@ -81,10 +87,12 @@ private:
     CLI::App app_{"The companion of the Vesk assistant on Linux"};
     CLI::App* page_ = nullptr;
     CLI::App* doctor_ = nullptr;
+    CLI::App* compose_ = nullptr;
     std::vector<std::pair<ConsentVerb, CLI::App*>> verbs_;
     ConsentCommand consent_;
     ConsentPageCommand pageCommand_;
     DoctorCommand doctorCommand_;
+    ComposeCommand composeCommand_;
     bool version_ = false, json_ = false;
 };
 

@@ -38,8 +38,13 @@ struct ConsentPageCommand {
 struct DoctorCommand {
     bool json = false;
 };
+struct ComposeCommand {
+    std::string requestPath;
+    bool quiet = false;
+};
 
-using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand>;
+using Command =
+    std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand, ComposeCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

@@ -1,10 +1,12 @@
 #include "VeskPlatform/Linux/ConsentDatabase.hpp"
 #include "VeskPlatform/Linux/DesktopDialog.hpp"
+#include "VeskPlatform/Linux/LinuxPlatform.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "vesk/CommandLine.hpp"
+#include "vesk/ComposeCommand.hpp"
 #include "vesk/ConsentCommands.hpp"
 #include "vesk/ConsentPage.hpp"
 #include "vesk/Doctor.hpp"
@@ -54,6 +56,11 @@ public:
         if (!report.blindness) return succeeded;
         complain(*report.blindness);
         return failed;
+    }
+    int operator()(const ComposeCommand& command) {
+        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+        print(runCompose(command, platform));
+        return succeeded;
     }
 
 private:

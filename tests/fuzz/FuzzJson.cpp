@@ -1,7 +1,7 @@
 // The JSON reader, the writer, and the records of the request files. What is read is written as something that reads
 // as the same.
 
-#include "VeskCapabilityBroker/RequestFiles.hpp"
+#include "VeskShellCore/RequestFiles.hpp"
 #include "VeskSupport/Json.hpp"
 
 #include <cstddef>

@@ -1,6 +1,5 @@
-#include "VeskCapabilityBroker/RequestFiles.hpp"
+#include "VeskShellCore/RequestFiles.hpp"
 
-#include "VeskCapabilityBroker/CommandLineParser.hpp"
 #include "VeskSupport/Text.hpp"
 
 namespace vesk {
@@ -12,7 +11,7 @@ template <Record R> R readRequest(FileReader& files, const std::string& path) {
 }
 
 void require(bool condition, const char* message) {
-    if (!condition) throw UsageError(message);
+    if (!condition) throw RequestError(message);
 }
 
 } // namespace

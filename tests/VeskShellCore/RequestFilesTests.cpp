@@ -1,5 +1,4 @@
-#include "VeskCapabilityBroker/CommandLineParser.hpp"
-#include "VeskCapabilityBroker/RequestFiles.hpp"
+#include "VeskShellCore/RequestFiles.hpp"
 #include "tests/fakes/FakeFiles.hpp"
 
 #include <gtest/gtest.h>
@@ -19,7 +18,7 @@ protected:
         hold(text);
         try {
             read(files, path);
-        } catch (const UsageError& error) {
+        } catch (const RequestError& error) {
             EXPECT_EQ(error.code(), 64);
             return error.description();
         }
