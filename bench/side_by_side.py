@@ -17,12 +17,15 @@ import calendars
 import contacts
 import mail
 import micro
+import pdf
+import reel
 import start
 import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
-SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail}
+SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail, "pdf": pdf,
+            "reel": reel}
 
 
 def parsed_arguments():

@@ -71,7 +71,7 @@ private:
     /// Gone with the view; what was spawned looks at it before it tells a delegate.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     std::string session_, frame_;
-    std::shared_ptr<DevToolsConnection::Command> loaded_;
+    std::shared_ptr<DevToolsConnection::Command> attached_, loaded_;
     bool documentOpened_ = false;
 };
 

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -12,7 +11,6 @@
 #include <linux/close_range.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace vesk {
@@ -98,11 +96,10 @@ int reportedFailure(const FileDescriptor& report) {
     return count == sizeof failure ? failure : 0;
 }
 
-/// Members of the group that are not our children are reaped by init, in its own time.
+/// Reaps the whole group. Members whose parents are gone have become this process's children.
 void waitUntilGone(pid_t group) {
-    constexpr int attempts = 200;
-    for (int attempt = 0; attempt < attempts && ::kill(-group, 0) == 0; ++attempt)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (::waitpid(-group, nullptr, 0) >= 0 || errno == EINTR) {
+    }
 }
 
 } // namespace
@@ -112,6 +109,7 @@ EngineProcess::EngineProcess(const EngineProgram& program, const std::string& lo
     const FileDescriptor log(::open(logPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
     if (!log) failToStart(errno);
     std::signal(SIGCHLD, SIG_DFL); // ignored, the kernel keeps no status of children
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     const auto arguments = pointersTo(program.arguments), environment = pointersTo(program.environment);
     const Start start{program.path.c_str(),
                       arguments.data(),
@@ -137,8 +135,6 @@ EngineProcess::EngineProcess(const EngineProgram& program, const std::string& lo
 
 EngineProcess::~EngineProcess() {
     ::kill(-group_, SIGKILL);
-    while (::waitpid(group_, nullptr, 0) < 0 && errno == EINTR) {
-    }
     waitUntilGone(group_);
 }
 

@@ -60,6 +60,7 @@ EngineProgram engineProgram(Environment& environment, const std::vector<std::str
                          "--remote-debugging-pipe",
                          "--user-data-dir=" + profileFolder,
                          "--disable-gpu",
+                         "--disable-software-rasterizer",
                          "--no-first-run",
                          "--disable-background-networking",
                          "--disable-breakpad",

@@ -41,12 +41,12 @@ FramePointer makePicture(int width, int height, AVPixelFormat format) {
 
 FramePointer sharedFrame(const AVFrame& frame) { return required(FramePointer(av_frame_clone(&frame))); }
 
-InputPointer openInput(const std::string& path, const char* formats) {
+InputPointer openInput(const std::string& path, const char* formats, const AVInputFormat* known) {
     AVDictionary* options = nullptr;
     av_dict_set(&options, "format_whitelist", formats, 0);
     av_dict_set(&options, "protocol_whitelist", "file", 0);
     AVFormatContext* opened = nullptr;
-    const int result = avformat_open_input(&opened, ("file:" + path).c_str(), nullptr, &options);
+    const int result = avformat_open_input(&opened, ("file:" + path).c_str(), known, &options);
     av_dict_free(&options);
     checked(result, path);
     InputPointer input(opened);

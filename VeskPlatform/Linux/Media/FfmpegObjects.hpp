@@ -54,9 +54,9 @@ FramePointer makePicture(int width, int height, AVPixelFormat format);
 /// Another reference to the same picture.
 FramePointer sharedFrame(const AVFrame& frame);
 
-/// Opens a file of one of the formats, whose names FFmpeg knows, and reads what its streams are. Nothing but this one
-/// file is read, whatever it refers to. Throws FfmpegError.
-InputPointer openInput(const std::string& path, const char* formats);
+/// Opens a file of one of the formats, whose names FFmpeg knows, and reads what its streams are. `known` is the format
+/// where that is known already. Nothing but this one file is read, whatever it refers to. Throws FfmpegError.
+InputPointer openInput(const std::string& path, const char* formats, const AVInputFormat* known = nullptr);
 
 /// A decoder of a stream, with as many threads as help. `options` may hold some for the codec. Throws FfmpegError.
 CodecPointer openDecoder(const AVStream& stream, AVDictionary** options = nullptr);

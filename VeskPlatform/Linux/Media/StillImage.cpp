@@ -3,15 +3,36 @@
 #include "VeskPlatform/Linux/Media/HeifImage.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
+#include <string_view>
 #include <utility>
 
 namespace vesk {
 namespace {
 
-/// Those that are told by their content and not by the file's name.
-constexpr const char* imageFormats = "jpeg_pipe,png_pipe,gif,webp_pipe";
+/// The reader, by FFmpeg's name, for a file that begins so.
+struct ImageFormat {
+    std::string_view beginning;
+    const char* name;
+};
+using namespace std::string_view_literals;
+constexpr std::array<ImageFormat, 4> imageFormats{
+    {{"\xFF\xD8\xFF"sv, "jpeg_pipe"}, {"\x89PNG\r\n\x1A\n"sv, "png_pipe"}, {"GIF8"sv, "gif"}, {"RIFF"sv, "webp_pipe"}}};
+
+/// Null where the file begins like none of them. The file's name tells nothing: users rename.
+const char* formatOf(const std::string& path) {
+    std::array<char, 8> head{};
+    std::ifstream file(path, std::ios::binary);
+    file.read(head.data(), head.size());
+    const std::string_view read(head.data(), static_cast<std::size_t>(file.gcount()));
+    const auto found = std::ranges::find_if(
+        imageFormats, [&](const ImageFormat& format) { return read.starts_with(format.beginning); });
+    return found == imageFormats.end() ? nullptr : found->name;
+}
+
 constexpr int mostHalvings = 3; // what the JPEG decoder offers
 
 std::int64_t pixels(const AVCodecParameters& parameters) {
@@ -94,8 +115,10 @@ StillImage::StillImage(FramePointer stored, Orientation orientation, std::size_t
 
 std::unique_ptr<ImageSource> openStillImage(const std::string& path) {
     if (auto heif = openHeifImage(path)) return heif;
+    const char* format = formatOf(path);
+    if (format == nullptr) return nullptr;
     try {
-        InputPointer input = openInput(path, imageFormats);
+        InputPointer input = openInput(path, format, av_find_input_format(format));
         const int stream = av_find_best_stream(input.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
         if (stream < 0) return nullptr;
         return std::make_unique<FfmpegImageSource>(std::move(input), stream);
