@@ -1,7 +1,13 @@
 #pragma once
 
+#include "VeskSupport/Instant.hpp"
+
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace vesk {
 
@@ -12,7 +18,38 @@ public:
     virtual const std::string& path() const = 0;
 };
 
-/// Folders and files of the user. Relative paths are relative to the current directory.
+/// What is there, a link followed.
+struct FileAttributes {
+    bool isDirectory = false;
+    /// In bytes; none for what is no regular file.
+    std::optional<std::int64_t> size;
+    /// Cut towards 1970.
+    Instant modified{};
+
+    bool operator==(const FileAttributes&) const = default;
+};
+
+/// One name of a folder; its bytes are as the file system has them, which need not be UTF-8.
+struct DirectoryEntry {
+    std::string name;
+    /// A link to a folder is none.
+    bool isDirectory = false;
+
+    bool operator==(const DirectoryEntry&) const = default;
+};
+
+/// An open folder. It goes on showing what was opened, even where its name has moved on to another folder.
+class DirectoryReader {
+public:
+    virtual ~DirectoryReader() = default;
+    /// The next entry in the system's own order, without "." and ".."; none at the end. Throws PosixError.
+    virtual std::optional<DirectoryEntry> next() = 0;
+};
+
+enum class ExistingFile { replace, keep };
+
+/// Folders and files of the user. Relative paths are relative to the current directory. A path with a null byte names
+/// nothing: it is not there, and verbs that throw refuse it with EINVAL.
 class FileManager {
 public:
     virtual ~FileManager() = default;
@@ -23,6 +60,24 @@ public:
     virtual void createDirectory(const std::string& path) = 0;
     /// Whether anything is there, a link followed.
     virtual bool fileExists(const std::string& path) = 0;
+    /// None where nothing is there, a link followed, or where the user may not look.
+    virtual std::optional<FileAttributes> attributes(const std::string& path) = 0;
+    /// Whether `item`, or what it is a link to, is `folder` or lies anywhere in it: whether removing the one loses the
+    /// other. Not where one of them is not there, or `folder` is a link.
+    virtual bool isOrContains(const std::string& folder, const std::string& item) = 0;
+    /// Throws PosixError, with ENOENT where nothing is there and ENOTDIR where it is no folder.
+    virtual std::unique_ptr<DirectoryReader> openDirectory(const std::string& path) = 0;
+    /// The first bytes of a file, `count` of them or as many as it has, without waiting for a pipe's writer. Throws
+    /// PosixError, with EISDIR for a folder.
+    virtual std::string firstBytes(const std::string& path, std::size_t count) = 0;
+    /// Writes a file whole or not at all: a failure leaves what was there. A file keeps its permissions, and where the
+    /// path is a link to a file, that file is written. Throws PosixError: EEXIST where there is one that is to be kept,
+    /// EISDIR for a folder, EINVAL for a pipe, a socket or a device.
+    virtual void writeFile(const std::string& path, std::string_view bytes, ExistingFile existing) = 0;
+    /// Copies a file, a link itself, or a folder with everything in it, with permissions and times of modification.
+    /// Nothing that is a link is followed. Throws PosixError: EEXIST where the destination is there, EINVAL for a
+    /// folder that would go into itself, and for a pipe, a socket or a device. What was copied until then is removed.
+    virtual void copyItem(const std::string& path, const std::string& destination) = 0;
     /// Removes a file, a link itself, or a folder with everything in it. Throws PosixError, ENOENT where nothing is
     /// there.
     virtual void removeItem(const std::string& path) = 0;

@@ -16,6 +16,7 @@ class Desktop;
 class Environment;
 class EventStore;
 class FileManager;
+class FilePlaces;
 class FileReader;
 class LocaleSettings;
 class MailScriptRunner;
@@ -52,6 +53,7 @@ public:
     /// The same for contacts.
     virtual std::shared_ptr<ContactStore> openContactStore() = 0;
     virtual FileManager& fileManager() = 0;
+    virtual FilePlaces& filePlaces() = 0;
     virtual FileReader& fileReader() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     virtual MailScriptRunner& mailScriptRunner() = 0;

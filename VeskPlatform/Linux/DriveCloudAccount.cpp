@@ -1,6 +1,5 @@
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 
-#include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -20,10 +19,12 @@ bool isFolderName(const std::string& name) {
 } // namespace
 
 bool DriveCloudAccount::hasIdentityToken() {
-    const auto drive = environment_.value("VESK_CLOUD_DRIVE");
+    const auto drive = drivePath();
     std::error_code error;
-    return drive && !drive->empty() && std::filesystem::is_directory(*drive, error);
+    return drive && std::filesystem::is_directory(*drive, error);
 }
+
+std::optional<std::string> DriveCloudAccount::drivePath() { return cloudDriveFolder(environment_); }
 
 std::optional<std::string> DriveCloudAccount::containerPath(const std::optional<std::string>& identifier) {
     const std::string name = identifier.value_or("default");

@@ -13,6 +13,7 @@ public:
     explicit DriveCloudAccount(Environment& environment) : environment_(environment) {}
 
     bool hasIdentityToken() override;
+    std::optional<std::string> drivePath() override;
     std::optional<std::string> containerPath(const std::optional<std::string>& identifier) override;
 
 private:

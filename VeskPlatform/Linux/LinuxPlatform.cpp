@@ -8,6 +8,7 @@
 #include "VeskPlatform/Linux/Desktop/LinuxDesktop.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
+#include "VeskPlatform/Linux/HomePlaces.hpp"
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
 #include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
@@ -53,6 +54,7 @@ struct LinuxPlatform::Adapters {
     std::optional<SystemLocaleSettings> localeSettings;
     std::optional<PosixFileManager> fileManager;
     std::optional<PosixFileReader> fileReader;
+    std::optional<HomePlaces> filePlaces;
     std::optional<PosixPrivateFiles> privateFiles;
     std::optional<CompanionSettingsOpener> settingsOpener;
     std::optional<PropertyListBundleInformation> bundleInformation;
@@ -84,6 +86,7 @@ const Bundle& LinuxPlatform::mainBundle() {
 Clock& LinuxPlatform::clock() { return built(adapters_->clock); }
 Environment& LinuxPlatform::environment() { return built(adapters_->environment); }
 FileManager& LinuxPlatform::fileManager() { return built(adapters_->fileManager); }
+FilePlaces& LinuxPlatform::filePlaces() { return built(adapters_->filePlaces, environment(), fileReader()); }
 FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
 LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->localeSettings, environment()); }
 SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }

@@ -41,6 +41,7 @@ public:
     std::shared_ptr<EventStore> openEventStore() override;
     std::shared_ptr<ReminderStore> openReminderStore() override;
     FileManager& fileManager() override;
+    FilePlaces& filePlaces() override;
     FileReader& fileReader() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;

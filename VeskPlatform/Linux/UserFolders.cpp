@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/UserFolders.hpp"
 
 #include "VeskPlatform/Environment.hpp"
+#include "VeskSupport/FilePath.hpp"
 
 #include <filesystem>
 
@@ -61,6 +62,14 @@ std::string mailFolder(Environment& environment) {
         if (std::filesystem::is_directory(home + name, error)) return home + name;
     }
     return {};
+}
+
+std::optional<std::string> cloudDriveFolder(Environment& environment) {
+    const auto named = environment.value("VESK_CLOUD_DRIVE");
+    if (!named || named->empty()) return std::nullopt;
+    std::error_code gone; // the working folder; the path then stays relative
+    const auto path = std::filesystem::absolute(*named, gone);
+    return absolutePath(gone ? *named : path.native(), "/");
 }
 
 } // namespace vesk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace vesk {
@@ -20,5 +21,9 @@ std::string containersFolder(Environment& environment);
 /// The root of the mail accounts: the folder that VESK_MAIL_DIR names, else the first of `~/Maildir`, `~/Mail` and
 /// `~/.mail` that exists; empty where there is none.
 std::string mailFolder(Environment& environment);
+
+/// The drive that VESK_CLOUD_DRIVE names, mounted or synchronised by another program: absolute, without a slash at its
+/// end; none where the variable is not set or empty.
+std::optional<std::string> cloudDriveFolder(Environment& environment);
 
 } // namespace vesk

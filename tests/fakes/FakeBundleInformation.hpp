@@ -29,8 +29,10 @@ public:
     bool signedIn = false;
     std::map<std::string, std::string> containers;
     std::vector<std::optional<std::string>> asked;
+    std::optional<std::string> drive;
 
     bool hasIdentityToken() override { return signedIn; }
+    std::optional<std::string> drivePath() override { return drive; }
     std::optional<std::string> containerPath(const std::optional<std::string>& identifier) override {
         asked.push_back(identifier);
         const auto found = containers.find(identifier.value_or("default"));

@@ -33,6 +33,7 @@ public:
     FakeEnvironment fakeEnvironment;
     FakeEventStore fakeEventStore;
     FakeFileManager fakeFileManager;
+    FakeFilePlaces fakeFilePlaces;
     FakeFileReader fakeFileReader;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
@@ -62,6 +63,7 @@ public:
     std::shared_ptr<ContactStore> openContactStore() override { return {std::shared_ptr<void>(), &fakeContactStore}; }
     std::shared_ptr<EventStore> openEventStore() override { return {std::shared_ptr<void>(), &fakeEventStore}; }
     FileManager& fileManager() override { return fakeFileManager; }
+    FilePlaces& filePlaces() override { return fakeFilePlaces; }
     FileReader& fileReader() override { return fakeFileReader; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }

@@ -30,6 +30,17 @@ TEST_F(DriveCloudAccountTests, SignedInIsADriveThatIsAFolder) {
     EXPECT_FALSE(account.hasIdentityToken());
 }
 
+TEST_F(DriveCloudAccountTests, TheDriveIsAbsoluteAndEndsInNoSlash) {
+    environment.variables["VESK_CLOUD_DRIVE"] = "/mnt/drive//";
+    EXPECT_EQ(account.drivePath(), "/mnt/drive");
+    environment.variables["VESK_CLOUD_DRIVE"] = "drive/mine";
+    EXPECT_EQ(account.drivePath(), std::filesystem::current_path() / "drive/mine");
+    environment.variables["VESK_CLOUD_DRIVE"] = "";
+    EXPECT_EQ(account.drivePath(), std::nullopt);
+    environment.variables.erase("VESK_CLOUD_DRIVE");
+    EXPECT_EQ(account.drivePath(), std::nullopt);
+}
+
 TEST_F(DriveCloudAccountTests, ContainersAreMadeOnDemandForTheUserAlone) {
     EXPECT_EQ(account.containerPath("iCloud.app.vesk"), folder / "data/vesk/containers/iCloud.app.vesk");
     EXPECT_EQ(folder.mode("data/vesk/containers/iCloud.app.vesk"), 0700U);

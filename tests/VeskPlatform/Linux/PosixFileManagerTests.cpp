@@ -1,8 +1,15 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
-#include "tests/contracts/FileContracts.hpp"
+#include "tests/contracts/FileManagerContract.hpp"
+#include "tests/fakes/FakeFiles.hpp"
+#include "tests/support/Privileges.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace vesk::test {
 namespace {
@@ -21,12 +28,218 @@ private:
     std::filesystem::path before_;
 };
 
-TEST(PosixFileManager, MakesAFolderWithThoseAboveIt) {
-    const TemporaryFolder folder;
-    const std::string path = folder / "a/b";
-    PosixFileManager().createDirectory(path);
-    PosixFileManager().createDirectory(path);
-    EXPECT_TRUE(std::filesystem::is_directory(path));
+/// No file of this process can be written to.
+class RefusedWrites {
+public:
+    RefusedWrites() : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit none{0, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~RefusedWrites() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    RefusedWrites(const RefusedWrites&) = delete;
+    RefusedWrites& operator=(const RefusedWrites&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit before_{};
+};
+
+struct PosixWorld {
+    TemporaryFolder temporary;
+    PosixFileManager manager;
+    WithoutPrivileges withoutPrivileges;
+
+    FileManager& files() { return manager; }
+    std::string folder() const { return temporary / "world"; }
+    PosixWorld() { std::filesystem::create_directory(folder()); }
+    ~PosixWorld() {
+        if (temporary.exists("locked")) std::filesystem::permissions(temporary / "locked", std::filesystem::perms::all);
+    }
+    PosixWorld(const PosixWorld&) = delete;
+    PosixWorld& operator=(const PosixWorld&) = delete;
+
+    void put(const std::string& path, const std::string& text) {
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        std::ofstream(path, std::ios::binary) << text;
+    }
+    std::string text(const std::string& path) const {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void link(const std::string& path, const std::string& target) { std::filesystem::create_symlink(target, path); }
+    void date(const std::string& path, Instant when) {
+        const auto passed = when.time_since_epoch().count();
+        const timespec times[2] = {{0, UTIME_OMIT}, {passed / 1000, passed % 1000 * 1'000'000 + 999'999}};
+        ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+    }
+    std::string locked() const {
+        std::filesystem::create_directory(temporary / "locked");
+        std::filesystem::permissions(temporary / "locked", std::filesystem::perms::none);
+        return temporary / "locked";
+    }
+};
+
+struct FakeWorld {
+    FakeFileManager fake;
+
+    FileManager& files() { return fake; }
+    std::string folder() const { return "/world"; }
+    FakeWorld() { fake.folders.insert(folder()); }
+    void put(const std::string& path, const std::string& text) { fake.put(path, text); }
+    std::string text(const std::string& path) {
+        const auto link = fake.links.find(path);
+        return fake.texts.at(link == fake.links.end() ? path : link->second);
+    }
+    void link(const std::string& path, const std::string& target) { fake.links[path] = target; }
+    void date(const std::string& path, Instant when) { fake.modified[path] = when; }
+    std::string locked() {
+        fake.refused.insert("/locked");
+        return "/locked";
+    }
+};
+
+using Worlds = ::testing::Types<FakeWorld, PosixWorld>;
+INSTANTIATE_TYPED_TEST_SUITE_P(All, FileManagerContract, Worlds);
+
+class PosixFiles : public ::testing::Test {
+protected:
+    TemporaryFolder folder;
+    PosixFileManager files;
+
+    std::int64_t codeOfWriting(const std::string& path) {
+        return posixCodeOf([&] { files.writeFile(path, "new", ExistingFile::replace); });
+    }
+    std::size_t count() const {
+        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.path()), {}));
+    }
+};
+
+TEST_F(PosixFiles, AReplacedFileKeepsItsPermissions) {
+    std::filesystem::permissions(folder.write("file", "old"), std::filesystem::perms{0640});
+    EXPECT_EQ(codeOfWriting(folder / "file"), 0);
+    EXPECT_EQ(folder.mode("file"), 0640U);
+    EXPECT_EQ(folder.read("file"), "new");
+}
+
+TEST_F(PosixFiles, AnOpenReaderKeepsTheOldFileWhole) {
+    std::ifstream reader(folder.write("file", "old"));
+    EXPECT_EQ(codeOfWriting(folder / "file"), 0);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old");
+}
+
+TEST_F(PosixFiles, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {
+    folder.write("file", "old");
+    {
+        const RefusedWrites full;
+        EXPECT_EQ(codeOfWriting(folder / "file"), EFBIG);
+        EXPECT_EQ(codeOfWriting(folder / "fresh"), EFBIG);
+    }
+    EXPECT_EQ(folder.read("file"), "old");
+    EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(PosixFiles, APipeOrADeviceIsNeverReplaced) {
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/null", folder / "null");
+    EXPECT_EQ(codeOfWriting(folder / "pipe"), EINVAL);
+    EXPECT_EQ(codeOfWriting(folder / "null"), EINVAL);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    EXPECT_EQ(count(), 2U);
+}
+
+TEST_F(PosixFiles, APipeIsReadWithoutWaiting) {
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(files.firstBytes(folder / "pipe", 1), "");
+}
+
+TEST_F(PosixFiles, NamesAreAsLongAsTheSystemAllows) {
+    const std::string longest(255, 'n');
+    EXPECT_EQ(codeOfWriting(folder / longest), 0);
+    EXPECT_EQ(codeOfWriting(folder / longest), 0) << "again, in its place";
+    EXPECT_EQ(codeOfWriting(folder / (longest + "n")), ENAMETOOLONG);
+    EXPECT_EQ(files.attributes(folder / (longest + "n")), std::nullopt);
+    files.copyItem(folder / longest, folder / std::string(255, 'c'));
+    EXPECT_EQ(count(), 2U);
+}
+
+TEST_F(PosixFiles, AListingShowsTheFolderThatWasOpened) {
+    folder.write("folder/inside", "x");
+    const auto reader = files.openDirectory(folder / "folder");
+    std::filesystem::rename(folder / "folder", folder / "moved");
+    folder.write("folder/other", "x");
+    EXPECT_EQ(reader->next()->name, "inside");
+}
+
+TEST_F(PosixFiles, TimesAreCutTowardsTheirOrigin) {
+    const std::string path = folder.write("file", "");
+    const std::pair<timespec, std::int64_t> cases[] = {{{0, 1'999'999}, 1},
+                                                       {{-1, 500'000}, -999},
+                                                       {{-1, 0}, -1000},
+                                                       {{-2, 1'000'000}, -1999},
+                                                       {{4'000'000'000, 0}, 4'000'000'000'000}};
+    for (const auto& [time, milliseconds] : cases) {
+        const timespec times[2] = {{0, UTIME_OMIT}, time};
+        ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+        EXPECT_EQ(files.attributes(path)->modified.time_since_epoch().count(), milliseconds) << time.tv_sec;
+    }
+}
+
+TEST_F(PosixFiles, ACopyHasThePermissionsAndTheTime) {
+    std::filesystem::permissions(folder.write("folder/file", "x"), std::filesystem::perms{0640});
+    const timespec times[2] = {{5, 0}, {1'000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, (folder / "folder/file").c_str(), times, 0), 0);
+    ASSERT_EQ(::utimensat(AT_FDCWD, (folder / "folder").c_str(), times, 0), 0);
+    std::filesystem::permissions(folder / "folder", std::filesystem::perms{0750});
+    files.copyItem(folder / "folder", folder / "copy");
+    EXPECT_EQ(folder.mode("copy/file"), 0640U);
+    EXPECT_EQ(folder.mode("copy"), 0750U);
+    for (const char* name : {"copy", "copy/file"})
+        EXPECT_EQ(files.attributes(folder / name)->modified.time_since_epoch(), std::chrono::seconds(1'000)) << name;
+}
+
+TEST_F(PosixFiles, ACopyFollowsNoLinkOutOfItsFolder) {
+    folder.write("secret/key", "key");
+    folder.write("folder/file", "x");
+    std::filesystem::create_symlink(folder / "secret", folder / "folder/way-out");
+    files.copyItem(folder / "folder", folder / "copy");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "copy/way-out"));
+    EXPECT_EQ(std::filesystem::read_symlink(folder / "copy/way-out"), folder / "secret");
+}
+
+TEST_F(PosixFiles, AFailedCopyRemovesWhatItCopied) {
+    folder.write("folder/a/file", "x");
+    ASSERT_EQ(::mkfifo((folder / "folder/pipe").c_str(), 0600), 0);
+    EXPECT_EQ(posixCodeOf([&] { files.copyItem(folder / "folder", folder / "copy"); }), EINVAL);
+    EXPECT_FALSE(folder.exists("copy"));
+    EXPECT_TRUE(folder.exists("folder/a/file"));
+    {
+        const RefusedWrites full;
+        EXPECT_EQ(posixCodeOf([&] { files.copyItem(folder / "folder/a", folder / "copy"); }), EFBIG);
+    }
+    EXPECT_FALSE(folder.exists("copy"));
+}
+
+TEST_F(PosixFiles, AFolderIsNotCopiedIntoItselfThroughALink) {
+    folder.write("folder/file", "x");
+    std::filesystem::create_symlink(folder / "folder", folder / "link");
+    EXPECT_EQ(posixCodeOf([&] { files.copyItem(folder / "folder", folder / "link/copy"); }), EINVAL);
+    EXPECT_FALSE(folder.exists("folder/copy"));
+}
+
+TEST_F(PosixFiles, RelativePathsAreThoseOfTheWorkingFolder) {
+    const Elsewhere elsewhere(folder.path());
+    files.createDirectory("folder");
+    files.writeFile("folder/file", "x", ExistingFile::keep);
+    files.writeFile("top", "x", ExistingFile::keep);
+    files.copyItem("folder", "copy");
+    EXPECT_TRUE(folder.exists("copy/file"));
+    EXPECT_TRUE(folder.exists("top"));
+    EXPECT_TRUE(files.isOrContains("folder", "folder/file"));
+    EXPECT_TRUE(files.isOrContains(folder.path(), "top"));
 }
 
 TEST(PosixFileManager, TellsTheWorkingFolder) {
