@@ -1,7 +1,9 @@
 #include "VeskShellCore/CapabilityStatuses.hpp"
 
 #include "VeskPlatform/Consent.hpp"
+#include "VeskPlatform/Environment.hpp"
 #include "VeskShellCore/BrokerPaths.hpp"
+#include "VeskShellCore/FullDiskAccessSupport.hpp"
 #include "VeskShellCore/ICloudCapabilitySupport.hpp"
 #include "VeskShellCore/MailCapabilitySupport.hpp"
 #include "VeskShellCore/MessagesCapabilitySupport.hpp"
@@ -137,6 +139,10 @@ std::optional<CapabilityStatus> mailStatus(Platform& platform) {
     return VeskMailCapabilitySupport::status(platform, platform.mainBundle());
 }
 
+std::optional<CapabilityStatus> fullDiskAccessStatus(Platform& platform) {
+    return VeskFullDiskAccessSupport::status(platform, platform.environment().homeDirectory());
+}
+
 std::optional<CapabilityStatus> iCloudStatus(Platform& platform) {
     return VeskICloudCapabilitySupport::configuredStatus(platform, platform.mainBundle());
 }
@@ -146,6 +152,7 @@ std::optional<CapabilityStatus> iCloudStatus(Platform& platform) {
 constexpr StatusSource statusSources[] = {
     messagesStatus,
     mailStatus,
+    fullDiskAccessStatus,
     screenRecordingStatus,
     systemAudioStatus,
     serviceStatus<CapabilityKind::microphone, PrivacyService::microphone, microphoneAnswers>,

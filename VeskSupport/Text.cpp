@@ -165,6 +165,13 @@ std::string repairedUtf8(std::string_view text) {
     return result;
 }
 
+bool isWellFormedUtf8(std::string_view text) {
+    if (isAscii(text)) return true;
+    for (std::size_t i = 0; i < text.size();)
+        if (nextCodePoint(text, i) < 0) return false;
+    return true;
+}
+
 std::vector<std::string> alphanumericRuns(std::string_view text) { return runsOf(text, isAlphanumeric); }
 
 std::vector<std::string> words(std::string_view text) {

@@ -29,6 +29,9 @@ std::string lowercased(std::string_view text);
 /// `text` with each ill-formed UTF-8 sequence as U+FFFD, one per maximal subpart (Unicode 15, section 3.9).
 std::string repairedUtf8(std::string_view text);
 
+/// Whether `text` is UTF-8 throughout.
+bool isWellFormedUtf8(std::string_view text);
+
 /// The runs of alphanumeric characters (categories L*, M*, N*) of `text`, in order.
 std::vector<std::string> alphanumericRuns(std::string_view text);
 

@@ -102,8 +102,9 @@ TEST(CapabilityStatuses, ListIsInTheOrderOfTheKinds) {
     const auto statuses = test::runTask(currentStatuses(platform));
     std::vector<std::string_view> ids;
     for (const auto& status : statuses) ids.push_back(status.id());
-    EXPECT_EQ(ids, (std::vector<std::string_view>{"screen_recording", "system_audio", "microphone", "accessibility",
-                                                  "calendar", "reminders", "contacts", "messages", "mail"}));
+    EXPECT_EQ(
+        ids, (std::vector<std::string_view>{"full_disk_access", "screen_recording", "system_audio", "microphone",
+                                            "accessibility", "calendar", "reminders", "contacts", "messages", "mail"}));
 }
 
 TEST(CapabilityStatuses, ProbingPromptsNobodyAndStartsNothing) {
@@ -122,20 +123,29 @@ TEST(CapabilityStatuses, MessagesAndMailAreThoseOfTheirApplications) {
     platform.fakeAutomation.installed = {"com.apple.mail"};
     platform.fakeAutomation.results = {{"com.apple.mail", 0}};
     const auto statuses = test::runTask(currentStatuses(platform));
-    ASSERT_EQ(statuses.size(), 9U);
-    EXPECT_EQ(statuses[7].kind, CapabilityKind::messages);
-    EXPECT_EQ(statuses[7].detail, "Messages is not installed on this Mac.");
-    EXPECT_EQ(statuses[8].kind, CapabilityKind::mail);
-    EXPECT_EQ(statuses[8].state, granted);
+    ASSERT_EQ(statuses.size(), 10U);
+    EXPECT_EQ(statuses[8].kind, CapabilityKind::messages);
+    EXPECT_EQ(statuses[8].detail, "Messages is not installed on this Mac.");
+    EXPECT_EQ(statuses[9].kind, CapabilityKind::mail);
+    EXPECT_EQ(statuses[9].state, granted);
 }
 
 TEST(CapabilityStatuses, TheCloudIsTheLastEntryWhereTheBuildHasOne) {
     test::FakePlatform platform;
     platform.fakeBundleInformation.dictionaries[platform.bundle.path] = {{"VeskICloudEnabled", {true}}};
     const auto statuses = test::runTask(currentStatuses(platform));
-    ASSERT_EQ(statuses.size(), 10U);
+    ASSERT_EQ(statuses.size(), 11U);
     EXPECT_EQ(statuses.back().kind, CapabilityKind::iCloud);
     EXPECT_EQ(statuses.back().state, notDetermined);
+}
+
+TEST(CapabilityStatuses, FullDiskAccessIsThatOfTheUsersHome) {
+    test::FakePlatform platform;
+    EXPECT_EQ(test::runTask(currentStatuses(platform)).front().state, denied);
+    platform.fakeFileManager.put("/home/dana/.keys", "x");
+    const auto status = test::runTask(currentStatuses(platform)).front();
+    EXPECT_EQ(status.kind, CapabilityKind::fullDiskAccess);
+    EXPECT_EQ(status.state, granted);
 }
 
 CapabilityStatus made(CapabilityKind kind) {

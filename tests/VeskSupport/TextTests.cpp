@@ -111,6 +111,13 @@ TEST(Text, FirstCharactersAreThoseThatPeopleCount) {
     for (const auto& [text, count, first] : cases) EXPECT_EQ(firstCharacters(text, count), first) << text << count;
 }
 
+TEST(Utf8, IsWellFormedOrNot) {
+    for (const std::string text : {"", "plain", "\u00e9\U0001F600\uFFFD", "a\xEF\xBB\xBF"})
+        EXPECT_TRUE(isWellFormedUtf8(text)) << text;
+    for (const std::string text : {"\xFF", "a\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "ok \x80 ok"})
+        EXPECT_FALSE(isWellFormedUtf8(text)) << text;
+}
+
 TEST(Collation, IgnoresCaseAndFollowsTheLocale) {
     const CaseInsensitiveCollator english("en_US"), swedish("sv_SE"), unknown("xx_YY@nonsense");
     EXPECT_EQ(english.compare("WORK", "work"), 0);

@@ -47,10 +47,16 @@ TEST_F(BrokerMain, StatusPrintsTheWholeReport) {
     platform.bundle = {.path = "/opt/bin", .executablePath = "/opt/bin/broker", .resourcesPath = {}};
     platform.fakeConsent.screenCapture = platform.fakeConsent.processTrusted = true;
     for (auto& [service, status] : platform.fakeConsent.statuses) status = 3;
+    platform.fakeFileManager.put("/home/dana/.keys", "x");
     EXPECT_EQ(run({"status"}), 0);
     EXPECT_EQ(output.text(), R"({
   "brokerPath" : "\/opt\/bin\/broker",
   "capabilities" : [
+    {
+      "detail" : "Vesk.app can reach protected macOS file locations through Full Disk Access.",
+      "kind" : "full_disk_access",
+      "state" : "granted"
+    },
     {
       "detail" : "ScreenCaptureKit access is available to the native broker.",
       "kind" : "screen_recording",

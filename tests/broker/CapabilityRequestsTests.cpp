@@ -173,7 +173,7 @@ TEST(CapabilityRequests, TheReportShowsWhatTheRequestOfAnApplicationLearned) {
         platform.fakeAutomation.resultAfterAnswer = -1743;
         const auto report = runTask(requestCapability(platform, kind));
         EXPECT_EQ(stateIn(report, kind), CapabilityAuthorizationState::denied);
-        EXPECT_EQ(report.capabilities.size(), 9U);
+        EXPECT_EQ(report.capabilities.size(), 10U);
         EXPECT_EQ(platform.fakeAutomation.calls, Requests{"ask " + identifier});
     }
 }
