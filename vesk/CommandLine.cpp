@@ -1,7 +1,10 @@
 #include "vesk/CommandLine.hpp"
 
+#include "VeskSupport/Text.hpp"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <map>
 
 namespace vesk {
 
@@ -30,6 +33,7 @@ public:
             ->required()
             ->type_name("FILE");
         compose_->add_flag("--quiet", composeCommand_.quiet, "Show no progress");
+        addFiles(*app_.add_subcommand("files", "Files of the cloud drive, and access to local ones"));
     }
 
     Command parse(std::vector<std::string> arguments) {
@@ -55,6 +59,52 @@ private:
         if (verb == ConsentVerb::grant) command->add_flag("--yes", consent_.yes, "Answer the question with yes");
     }
 
+    void addFiles(CLI::App& noun) {
+        noun.require_subcommand(1);
+        addFilesVerb(noun, FilesVerb::root, "root", "Tell where the files are");
+        addPath(addFilesVerb(noun, FilesVerb::list, "list", "List a folder, or the root"));
+        addPath(addFilesVerb(noun, FilesVerb::stat, "stat", "Tell of one file or folder"));
+        addPath(addFilesVerb(noun, FilesVerb::read, "read", "Print a file's text"))->required();
+        CLI::App& write = addFilesVerb(noun, FilesVerb::write, "write", "Write a file from standard input");
+        addPath(write)->required();
+        write.add_flag("--overwrite", files_.overwrite, "Replace a file that is there");
+        addPath(addFilesVerb(noun, FilesVerb::makeDirectory, "mkdir", "Make a folder and those above it"))->required();
+        CLI::App& exporting = addFilesVerb(noun, FilesVerb::exportItem, "export", "Copy an item to a local path");
+        addPath(exporting)->required();
+        exporting.add_option("output", files_.output, "The local path; what is there is removed first")
+            ->required()
+            ->type_name("OUTPUT");
+        CLI::App* prepare = noun.add_subcommand("prepare", "Ask the system for access to a local path");
+        filesVerbs_.emplace_back(FilesVerb::prepare, prepare);
+        addPath(*prepare)->required();
+    }
+
+    CLI::App& addFilesVerb(CLI::App& noun, FilesVerb verb, const std::string& name, const std::string& help) {
+        CLI::App* command = noun.add_subcommand(name, help);
+        filesVerbs_.emplace_back(verb, command);
+        std::map<std::string, CapabilityICloudScope> scopes;
+        for (const auto& [scope, word] : rawValueTable<CapabilityICloudScope>) scopes.emplace(word, scope);
+        command->add_option("--scope", files_.scope, "drive (the default) or app_documents")
+            ->transform(CLI::Transformer(scopes).description(""))
+            ->type_name("SCOPE");
+        return *command;
+    }
+
+    CLI::Option* addPath(CLI::App& command) {
+        return command.add_option("path", files_.path, "The path")->type_name("PATH");
+    }
+
+    std::optional<FilesCommand> parsedFiles() {
+        for (const auto& [verb, command] : filesVerbs_) {
+            if (!command->parsed()) continue;
+            files_.verb = verb;
+            if (verb == FilesVerb::exportItem && isBlank(files_.output))
+                throw UsageError(usage(), "OUTPUT names nothing.");
+            return files_;
+        }
+        return std::nullopt;
+    }
+
     Command parsed() {
         for (const auto& [verb, command] : verbs_) {
             if (!command->parsed()) continue;
@@ -68,6 +118,7 @@ private:
         if (page_->parsed()) return pageCommand_;
         if (doctor_->parsed()) return doctorCommand_;
         if (compose_->parsed()) return composeCommand_;
+        if (auto files = parsedFiles()) return *std::move(files);
         if (!version_)
             throw UsageError(usage(), json_ ? "--json needs --version or a command." : "A command is needed.");
         return VersionCommand{json_};
@@ -93,6 +144,8 @@ private:
     ConsentPageCommand pageCommand_;
     DoctorCommand doctorCommand_;
     ComposeCommand composeCommand_;
+    std::vector<std::pair<FilesVerb, CLI::App*>> filesVerbs_;
+    FilesCommand files_;
     bool version_ = false, json_ = false;
 };
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "VeskShellCore/ICloudModels.hpp"
+
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <variant>
@@ -42,9 +45,18 @@ struct ComposeCommand {
     std::string requestPath;
     bool quiet = false;
 };
+enum class FilesVerb { root, list, stat, read, write, makeDirectory, exportItem, prepare };
+struct FilesCommand {
+    FilesVerb verb{};
+    CapabilityICloudScope scope = CapabilityICloudScope::drive;
+    /// None where `list` and `stat` mean the root.
+    std::optional<std::string> path;
+    std::string output;
+    bool overwrite = false;
+};
 
-using Command =
-    std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand, ComposeCommand>;
+using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
+                             ComposeCommand, FilesCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

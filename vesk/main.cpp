@@ -10,6 +10,7 @@
 #include "vesk/ConsentCommands.hpp"
 #include "vesk/ConsentPage.hpp"
 #include "vesk/Doctor.hpp"
+#include "vesk/FilesCommand.hpp"
 #include "vesk/Version.hpp"
 
 #include <cerrno>
@@ -60,6 +61,11 @@ public:
     int operator()(const ComposeCommand& command) {
         LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
         print(runCompose(command, platform));
+        return succeeded;
+    }
+    int operator()(const FilesCommand& command) {
+        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+        print(runFiles(command, platform));
         return succeeded;
     }
 
