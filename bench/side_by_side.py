@@ -15,6 +15,7 @@ from pathlib import Path
 
 import calendars
 import contacts
+import files
 import mail
 import micro
 import pdf
@@ -25,7 +26,7 @@ import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
 SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail, "pdf": pdf,
-            "reel": reel}
+            "reel": reel, "files": files}
 
 
 def parsed_arguments():
