@@ -2,6 +2,7 @@
 #include "tests/contracts/FileManagerContract.hpp"
 #include "tests/fakes/FakeFiles.hpp"
 #include "tests/support/Privileges.hpp"
+#include "tests/support/RefusedCalls.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <csignal>
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 
 namespace vesk::test {
 namespace {
@@ -140,6 +142,37 @@ TEST_F(PosixFiles, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {
     }
     EXPECT_EQ(folder.read("file"), "old");
     EXPECT_EQ(count(), 1U);
+}
+
+/// In a child: the calls that are refused stay so.
+int keepingWrite(PosixFileManager& files, const std::string& path,
+                 std::initializer_list<std::pair<long, int>> refused) {
+    return inChild([&] {
+        for (const auto& [call, error] : refused) refuseCall(call, error);
+        return static_cast<int>(posixCodeOf([&] { files.writeFile(path, "new", ExistingFile::keep); }));
+    });
+}
+
+TEST_F(PosixFiles, DrivesThatLackRenamesWithFlagsAndHardLinksAreWrittenToo) {
+    folder.write("old", "old");
+    EXPECT_EQ(keepingWrite(files, folder / "a", {{SYS_renameat2, EINVAL}}), 0);
+    EXPECT_EQ(keepingWrite(files, folder / "b", {{SYS_renameat2, EINVAL}, {SYS_linkat, EPERM}}), 0);
+    EXPECT_EQ(keepingWrite(files, folder / "old", {{SYS_renameat2, EINVAL}, {SYS_linkat, EPERM}}), EEXIST);
+    EXPECT_EQ(keepingWrite(files, folder / "c", {{SYS_renameat2, EIO}}), EIO);
+    EXPECT_EQ(keepingWrite(files, folder / "d", {{SYS_fsync, EIO}}), EIO);
+    EXPECT_EQ(folder.read("a") + folder.read("b") + folder.read("old"), "newnewold");
+    EXPECT_EQ(count(), 3U);
+}
+
+TEST_F(PosixFiles, AWriteThatIsKilledBeforeItsRenameKeepsTheOldFile) {
+    folder.write("file", "old");
+    EXPECT_EQ(inChild([&] {
+                  killAtCall(SYS_renameat);
+                  files.writeFile(folder / "file", "new", ExistingFile::replace);
+                  return 0;
+              }),
+              128 + SIGSYS);
+    EXPECT_EQ(folder.read("file"), "old");
 }
 
 TEST_F(PosixFiles, APipeOrADeviceIsNeverReplaced) {
