@@ -1,4 +1,4 @@
-#include "VeskPlatform/Linux/Messaging/BusConnection.hpp"
+#include "VeskPlatform/Linux/Bus/BusConnection.hpp"
 
 #include <algorithm>
 #include <cerrno>

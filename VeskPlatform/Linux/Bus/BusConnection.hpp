@@ -1,7 +1,7 @@
 #pragma once
 
-#include "VeskPlatform/Linux/Messaging/BusMessage.hpp"
-#include "VeskPlatform/Linux/Messaging/Messaging.hpp"
+#include "VeskPlatform/Linux/Bus/BusMessage.hpp"
+#include "VeskPlatform/Linux/Bus/ServicePresence.hpp"
 
 #include <chrono>
 #include <functional>

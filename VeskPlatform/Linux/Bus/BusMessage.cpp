@@ -1,4 +1,4 @@
-#include "VeskPlatform/Linux/Messaging/BusMessage.hpp"
+#include "VeskPlatform/Linux/Bus/BusMessage.hpp"
 
 #include <cerrno>
 #include <cstring>
