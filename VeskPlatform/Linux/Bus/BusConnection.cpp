@@ -70,6 +70,16 @@ BusConnection::BusConnection(BusKind kind, milliseconds patience) {
     awaitReadiness(patience);
 }
 
+BusConnection::BusConnection(const std::string& address, milliseconds patience) {
+    sd_bus* bus = nullptr;
+    busRequired(sd_bus_new(&bus));
+    bus_.reset(bus);
+    busRequired(sd_bus_set_address(bus, address.c_str()));
+    busRequired(sd_bus_set_bus_client(bus, 1));
+    busRequired(sd_bus_start(bus));
+    awaitReadiness(patience);
+}
+
 /// A call on a connection that is still being made would wait for that without a limit.
 void BusConnection::awaitReadiness(milliseconds patience) {
     const Deadline deadline = after(patience);

@@ -25,17 +25,30 @@ struct BusObject {
 class BusConnection {
 public:
     BusConnection(BusKind kind, std::chrono::milliseconds patience);
+    /// The bus at an address as the D-Bus specification writes them.
+    BusConnection(const std::string& address, std::chrono::milliseconds patience);
+
+    /// Owned by this object.
+    sd_bus* native() const { return bus_.get(); }
 
     ServicePresence presence(const std::string& service, std::chrono::milliseconds patience);
     /// Has the bus start a dormant service and waits for it.
     void start(const std::string& service, std::chrono::milliseconds patience);
 
-    /// Calls a method with arguments as sd_bus_message_append(3) takes them.
+    /// A call that is still to be sent, with arguments as sd_bus_message_append(3) takes them.
+    template <class... Arguments>
+    BusMessage newCall(const BusObject& object, const char* method, const char* types, Arguments... arguments) {
+        BusMessage message = newCall(object, method);
+        busRequired(sd_bus_message_append(message.get(), types, arguments...));
+        return message;
+    }
+    BusMessage newCall(const BusObject& object, const char* method);
+
+    /// Calls a method with such arguments.
     template <class... Arguments>
     BusMessage call(const BusObject& object, const char* method, std::chrono::milliseconds patience,
                     const char* types = "", Arguments... arguments) {
-        const BusMessage message = newCall(object, method);
-        busRequired(sd_bus_message_append(message.get(), types, arguments...));
+        const BusMessage message = newCall(object, method, types, arguments...);
         return answer(*message, patience);
     }
     /// All properties of the object's interface.
@@ -52,7 +65,6 @@ private:
         void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
     };
 
-    BusMessage newCall(const BusObject& object, const char* method);
     BusMessage answer(sd_bus_message& message, std::chrono::milliseconds patience);
     void awaitReadiness(std::chrono::milliseconds patience);
 
