@@ -117,8 +117,9 @@ void AtspiGathering::askSelection(const Subject& subject) {
 void AtspiGathering::askChildren(const Subject& subject, AtspiFactSet wanted) {
     const BusObject object = subject.object(atspi::accessible);
     auto takeAll = [this, subject, wanted](sd_bus_message& answer) {
+        std::vector<AtspiReference> references = readReferences(answer);
         auto& children = subject.facts.children.emplace();
-        for (AtspiReference& reference : readReferences(answer))
+        for (AtspiReference& reference : references)
             children.push_back({.element = elements_.below(subject.element, std::move(reference))});
         for (std::size_t i = 0; i < children.size(); ++i) askAboutChild(subject, wanted, i);
     };

@@ -64,6 +64,40 @@ private:
     std::set<AtspiApplication*> applications_;
 };
 
+/// The applications on the bus that are connections of this process.
+std::vector<AtspiReference> askForApplications(BusCalls& calls, std::int32_t processIdentifier,
+                                               steady_clock::time_point deadline) {
+    std::vector<AtspiReference> applications;
+    auto askForProcess = [&calls, &applications, processIdentifier](const AtspiReference& reference) {
+        auto take = [&applications, processIdentifier, reference](sd_bus_message& answer) {
+            if (readInteger(answer, 'u') == processIdentifier) applications.push_back(reference);
+        };
+        calls.add({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"},
+                  "GetConnectionUnixProcessID", std::move(take), "s", reference.service.c_str());
+    };
+    auto takeAll = [&askForProcess](sd_bus_message& answer) {
+        for (const AtspiReference& reference : readReferences(answer)) askForProcess(reference);
+    };
+    calls.add({atspi::registryService, atspi::rootPath, atspi::accessible}, "GetChildren", std::move(takeAll));
+    calls.finish(deadline);
+    return applications;
+}
+
+/// Of several, since a browser, for one, may come onto the bus more than once; the first where none has any.
+AtspiReference applicationWithWindows(BusCalls& calls, const std::vector<AtspiReference>& applications,
+                                      steady_clock::time_point deadline) {
+    if (applications.empty()) return {};
+    if (applications.size() == 1) return applications.front();
+    std::vector<std::int64_t> counts(applications.size());
+    for (std::size_t i = 0; i < applications.size(); ++i)
+        calls.addProperty({applications[i].service, applications[i].path, atspi::accessible}, "ChildCount", "i",
+                          [&count = counts[i]](sd_bus_message& answer) { count = readInteger(answer, 'i'); });
+    calls.finish(deadline);
+    const auto found = std::ranges::find_if(counts, [](std::int64_t count) { return count > 0; });
+    return found == counts.end() ? applications.front()
+                                 : applications[static_cast<std::size_t>(found - counts.begin())];
+}
+
 } // namespace
 
 AtspiTree::AtspiTree(const std::string& address, std::function<void(const std::string& message)> log,
@@ -72,45 +106,14 @@ AtspiTree::AtspiTree(const std::string& address, std::function<void(const std::s
 
 Task<AccessibilityElementHandle> AtspiTree::applicationElement(std::int32_t processIdentifier) {
     const auto start = steady_clock::now();
-    AtspiReference reference = applicationWithWindows(applicationsOf(processIdentifier));
+    BusCalls calls(bus_);
+    const std::vector<AtspiReference> applications =
+        askForApplications(calls, processIdentifier, start + patience_.bus);
+    AtspiReference reference = applicationWithWindows(calls, applications, start + patience_.bus);
     // A process without elements still has a root, which has nothing.
     if (!reference.isElement()) reference = {"", "process " + std::to_string(processIdentifier)};
-    note("application", 0, start);
+    note("application", calls.count(), start);
     co_return elements_.application(std::move(reference), patience_.application);
-}
-
-std::vector<AtspiReference> AtspiTree::applicationsOf(std::int32_t processIdentifier) {
-    const auto deadline = steady_clock::now() + patience_.bus;
-    BusCalls calls(bus_);
-    std::vector<AtspiReference> applications;
-    auto takeProcess = [&applications, processIdentifier](const AtspiReference& reference, sd_bus_message& answer) {
-        if (readInteger(answer, 'u') == processIdentifier) applications.push_back(reference);
-    };
-    auto takeApplications = [&calls, &takeProcess](sd_bus_message& answer) {
-        for (const AtspiReference& reference : readReferences(answer))
-            calls.add(
-                {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"}, "GetConnectionUnixProcessID",
-                [&takeProcess, reference](sd_bus_message& pid) { takeProcess(reference, pid); }, "s",
-                reference.service.c_str());
-    };
-    calls.add({atspi::registryService, atspi::rootPath, atspi::accessible}, "GetChildren", takeApplications);
-    calls.finish(deadline);
-    return applications;
-}
-
-/// The first where none has any: a browser, for one, may come onto the bus several times.
-AtspiReference AtspiTree::applicationWithWindows(std::vector<AtspiReference> applications) {
-    if (applications.size() <= 1) return applications.empty() ? AtspiReference{} : std::move(applications.front());
-    const auto deadline = steady_clock::now() + patience_.application;
-    BusCalls calls(bus_);
-    std::vector<std::int64_t> counts(applications.size());
-    for (std::size_t i = 0; i < applications.size(); ++i)
-        calls.addProperty({applications[i].service, applications[i].path, atspi::accessible}, "ChildCount", "i",
-                          [&count = counts[i]](sd_bus_message& answer) { count = readInteger(answer, 'i'); });
-    calls.finish(deadline);
-    const auto found = std::ranges::find_if(counts, [](std::int64_t count) { return count > 0; });
-    const auto index = found == counts.end() ? 0 : std::distance(counts.begin(), found);
-    return std::move(applications[static_cast<std::size_t>(index)]);
 }
 
 std::vector<AtspiFacts> AtspiTree::gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted) {

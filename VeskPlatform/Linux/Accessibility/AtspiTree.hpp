@@ -40,8 +40,6 @@ public:
     Task<bool> setValue(AccessibilityElementHandle element, std::string attribute, std::string text) override;
 
 private:
-    std::vector<AtspiReference> applicationsOf(std::int32_t processIdentifier);
-    AtspiReference applicationWithWindows(std::vector<AtspiReference> applications);
     std::vector<AtspiFacts> gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted);
     void note(const char* request, std::size_t calls, std::chrono::steady_clock::time_point start) const;
 
