@@ -64,3 +64,15 @@ target_compile_options(third_asio INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-mismat
 find_path(VESK_INCLUDE_CLI11 CLI/CLI.hpp REQUIRED)
 add_library(third_cli11 INTERFACE)
 target_include_directories(third_cli11 SYSTEM INTERFACE ${VESK_INCLUDE_CLI11})
+
+# Only modules link them.
+pkg_check_modules(VESK_XCB REQUIRED IMPORTED_TARGET xcb xcb-randr xcb-res xcb-shm xcb-xinput xcb-xkb xcb-xtest
+  xkbcommon-x11)
+add_library(third_xcb INTERFACE)
+target_link_libraries(third_xcb INTERFACE PkgConfig::VESK_XCB)
+pkg_check_modules(VESK_PIXMAN REQUIRED IMPORTED_TARGET pixman-1)
+add_library(third_pixman INTERFACE)
+target_link_libraries(third_pixman INTERFACE PkgConfig::VESK_PIXMAN)
+pkg_check_modules(VESK_PNG REQUIRED IMPORTED_TARGET libpng zlib)
+add_library(third_png INTERFACE)
+target_link_libraries(third_png INTERFACE PkgConfig::VESK_PNG)
