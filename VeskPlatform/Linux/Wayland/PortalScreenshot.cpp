@@ -26,8 +26,11 @@ std::optional<std::string> percentDecoded(std::string_view text) {
 } // namespace
 
 std::optional<std::string> pathOfFileUri(std::string_view uri) {
-    for (const std::string_view start : {"file://localhost/", "file:///", "file:/"})
-        if (uri.starts_with(start)) return percentDecoded(uri.substr(start.size() - 1));
+    for (const std::string_view start : {"file://localhost/", "file:///", "file:/"}) {
+        if (!uri.starts_with(start)) continue;
+        const std::string_view path = uri.substr(start.size() - 1);
+        return path.starts_with("//") ? std::nullopt : percentDecoded(path); // "//" names another machine
+    }
     return std::nullopt;
 }
 
