@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VeskShellCore/CapabilityModels.hpp"
+#include "VeskShellCore/ControlKeys.hpp"
 
 #include <array>
 #include <cstdint>
@@ -12,23 +13,6 @@
 #include <vector>
 
 namespace vesk {
-
-/// The keys that `key` can press. "enter" on the command line is another word for `return`.
-enum class SupportedControlKey { return_, tab, escape, space, delete_, left, right, up, down };
-
-template <>
-inline constexpr auto rawValueTable<SupportedControlKey> =
-    std::to_array<std::pair<SupportedControlKey, std::string_view>>({
-        {SupportedControlKey::return_, "return"},
-        {SupportedControlKey::tab, "tab"},
-        {SupportedControlKey::escape, "escape"},
-        {SupportedControlKey::space, "space"},
-        {SupportedControlKey::delete_, "delete"},
-        {SupportedControlKey::left, "left"},
-        {SupportedControlKey::right, "right"},
-        {SupportedControlKey::up, "up"},
-        {SupportedControlKey::down, "down"},
-    });
 
 /// One type per command word. Text is verbatim as it stood on the command line.
 namespace command {

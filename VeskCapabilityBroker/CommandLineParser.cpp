@@ -1,21 +1,13 @@
 #include "VeskCapabilityBroker/CommandLineParser.hpp"
 
 #include "VeskCapabilityBroker/ScanningCommands.hpp"
+#include "VeskSupport/RawValueList.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <algorithm>
 
 namespace vesk {
 namespace {
-
-template <RawEnumeration E> std::string joinedRawValues() {
-    std::string result;
-    for (const auto& [value, raw] : rawValueTable<E>) {
-        if (!result.empty()) result += ", ";
-        result += raw;
-    }
-    return result;
-}
 
 // ---- Commands without a payload
 
@@ -71,9 +63,7 @@ template <class Command> BrokerCommand parseCapability(Arguments rest) {
 BrokerCommand parseKey(Arguments rest) {
     const bool given = rest.size() >= 2 && rest[0] == "--key";
     const auto key = given ? parseSupportedControlKey(rest[1]) : std::nullopt;
-    if (!key)
-        throw UsageError("Invalid or missing key. Use one of: " + joinedRawValues<SupportedControlKey>()
-                         + ", or `enter` as an alias for `return`");
+    if (!key) throw UsageError("Invalid or missing key. Use one of: " + supportedControlKeyList());
     command::Key command{.key = *key, .modifiers = {}};
     if (rest.size() == 2) return command;
     if (rest[2] != "--modifiers") throw UsageError("Unknown key argument: " + rest[2]);
@@ -167,10 +157,6 @@ std::vector<CapabilityKeyModifier> parseModifiers(std::string_view value) {
         if (std::find(modifiers.begin(), modifiers.end(), *modifier) == modifiers.end()) modifiers.push_back(*modifier);
     }
     return modifiers;
-}
-
-std::optional<SupportedControlKey> parseSupportedControlKey(std::string_view value) {
-    return value == "enter" ? SupportedControlKey::return_ : fromRawValue<SupportedControlKey>(value);
 }
 
 } // namespace vesk

@@ -3,7 +3,6 @@
 #include "VeskCapabilityBroker/BrokerCommand.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,7 +27,5 @@ BrokerCommand parseCommand(Arguments arguments);
 
 /// Words with commas between them; each modifier once, in order of first appearance. Throws UsageError.
 std::vector<CapabilityKeyModifier> parseModifiers(std::string_view value);
-
-std::optional<SupportedControlKey> parseSupportedControlKey(std::string_view value);
 
 } // namespace vesk

@@ -2,11 +2,14 @@
 
 #include "VeskCapabilityBroker/CapabilityRequests.hpp"
 #include "VeskCapabilityBroker/RequestFiles.hpp"
+#include "VeskShellCore/BrokerPaths.hpp"
 #include "VeskShellCore/CalendarOperations.hpp"
+#include "VeskShellCore/CapabilityScreenCaptureSupport.hpp"
 #include "VeskShellCore/CapabilityStatuses.hpp"
 #include "VeskShellCore/ContactsOperations.hpp"
 #include "VeskShellCore/MailOperations.hpp"
 #include "VeskShellCore/MessagesOperations.hpp"
+#include "VeskShellCore/NativeControlOperations.hpp"
 #include "VeskShellCore/TodoOperations.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -132,6 +135,33 @@ public:
                                                     c.limit, bundle_);
     }
 
+    // ---- The desktop
+
+    Task<AnyEncodable> operator()(command::ActiveApp) {
+        co_return co_await VeskNativeControlOperations::activeApp(platform_);
+    }
+    Task<AnyEncodable> operator()(command::FocusedElement) {
+        co_return co_await VeskNativeControlOperations::focusedElement(platform_);
+    }
+    Task<AnyEncodable> operator()(command::ActivateApp c) {
+        co_return co_await VeskNativeControlOperations::activateApp(platform_, std::move(c.nameOrBundle));
+    }
+    Task<AnyEncodable> operator()(command::Click c) {
+        co_return co_await VeskNativeControlOperations::click(platform_, c.normalizedX, c.normalizedY, c.button);
+    }
+    Task<AnyEncodable> operator()(command::Type c) {
+        co_return co_await VeskNativeControlOperations::typeText(platform_, std::move(c.text));
+    }
+    Task<AnyEncodable> operator()(command::Key c) {
+        std::string key(rawValue(c.key));
+        co_return co_await VeskNativeControlOperations::pressKey(platform_, std::move(key), std::move(c.modifiers));
+    }
+    Task<AnyEncodable> operator()(command::Screenshot c) {
+        auto capturing = CapabilityScreenCaptureSupport::captureScreenshot(
+            platform_, std::move(c.outputPath), executableBrokerPath(platform_), bundlePath(bundle_));
+        co_return co_await std::move(capturing);
+    }
+
     // ---- Commands whose operations this build does not hold; what comes before the operation still happens
 
     Task<AnyEncodable> operator()(command::MediaCompose c) {
@@ -142,14 +172,6 @@ public:
         readPDFRenderRequest(platform_.fileReader(), c.requestPath);
         return absent();
     }
-
-    Task<AnyEncodable> operator()(command::ActiveApp) { return absent(); }
-    Task<AnyEncodable> operator()(command::FocusedElement) { return absent(); }
-    Task<AnyEncodable> operator()(command::ActivateApp) { return absent(); }
-    Task<AnyEncodable> operator()(command::Screenshot) { return absent(); }
-    Task<AnyEncodable> operator()(command::Click) { return absent(); }
-    Task<AnyEncodable> operator()(command::Type) { return absent(); }
-    Task<AnyEncodable> operator()(command::Key) { return absent(); }
 
 private:
     [[noreturn]] Task<AnyEncodable> absent() { throw notPartOfThisBuild(word_); }

@@ -12,6 +12,8 @@ public:
     /// Makes the folder and those above it that are not there. Throws PosixError, with ENOTDIR or EEXIST where
     /// something else stands in the way.
     virtual void createDirectory(const std::string& path) = 0;
+    /// The absolute path of the working directory. Throws PosixError where it is gone.
+    virtual std::string currentDirectoryPath() = 0;
 };
 
 } // namespace vesk

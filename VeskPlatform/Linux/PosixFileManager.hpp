@@ -8,6 +8,7 @@ namespace vesk {
 class PosixFileManager : public FileManager {
 public:
     void createDirectory(const std::string& path) override;
+    std::string currentDirectoryPath() override;
 };
 
 } // namespace vesk

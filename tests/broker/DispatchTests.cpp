@@ -107,6 +107,24 @@ TEST_F(DispatchTests, DateAndCalendarNameArguments) {
                 HasSubstr("Calendar \"Play\" was not found. Available calendars: Home, Work"));
 }
 
+TEST_F(DispatchTests, DesktopArguments) {
+    platform.fakeConsent.processTrusted = platform.fakeConsent.screenCapture = true;
+    test::FakeDesktop& desktop = platform.fakeDesktop;
+    desktop.screens.all = {{.identifier = 1, .place = {0, 0, 100, 1000}}};
+    EXPECT_EQ(answer({"activate-app", "--app", " Post"}),
+              "No running macOS application matched `Post`. Use the visible app name or bundle id.");
+    const std::string clicked = answer({"click", "--x", "0.25", "--y", "0.75", "--button", "right"});
+    for (const char* field : {"\"screenX\" : 25", "\"screenY\" : 750", "\"button\" : \"right\""})
+        EXPECT_THAT(clicked, HasSubstr(field));
+    EXPECT_THAT(answer({"type", "--text", " ab "}), HasSubstr("\"textLength\" : 4"));
+    const std::string pressed = answer({"key", "--key", "enter", "--modifiers", "shift,command"});
+    EXPECT_THAT(pressed, HasSubstr("\"key\" : \"return\""));
+    EXPECT_THAT(pressed, HasSubstr("\"shift\",\n    \"command\""));
+    const std::string captured = answer({"screenshot", "--output", "shot.png"});
+    EXPECT_THAT(captured, HasSubstr("\"imagePath\" : \"\\/home\\/dana\\/work\\/shot.png\""));
+    EXPECT_THAT(captured, HasSubstr("\"bundlePath\" : \"\\/Applications\\/Vesk.app\""));
+}
+
 /// Mail and Messages are there and may be scripted.
 class ScriptedDispatchTests : public DispatchTests {
 protected:

@@ -31,7 +31,9 @@ class FakeFileManager : public FileManager {
 public:
     std::vector<std::string> made;
     std::set<std::string> refused;
+    std::string current = "/home/dana/work";
 
+    std::string currentDirectoryPath() override { return current; }
     void createDirectory(const std::string& path) override {
         if (refused.contains(path)) throw PosixError(EACCES, path);
         made.push_back(path);

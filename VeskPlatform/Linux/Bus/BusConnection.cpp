@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -57,9 +58,19 @@ int noteSignal(sd_bus_message*, void* data, sd_bus_error*) {
     return 0;
 }
 
+/// Signals as they came, each by the path of its object; the last of a path counts.
+using Signals = std::map<std::string, BusMessage>;
+
+int keepSignal(sd_bus_message* signal, void* data, sd_bus_error*) {
+    (*static_cast<Signals*>(data))[sd_bus_message_get_path(signal)].reset(sd_bus_message_ref(signal));
+    return 0;
+}
+
 struct SlotRelease {
     void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
 };
+
+using Slot = std::unique_ptr<sd_bus_slot, SlotRelease>;
 
 } // namespace
 
@@ -78,6 +89,12 @@ BusConnection::BusConnection(const std::string& address, milliseconds patience) 
     busRequired(sd_bus_set_bus_client(bus, 1));
     busRequired(sd_bus_start(bus));
     awaitReadiness(patience);
+}
+
+std::string BusConnection::uniqueName() const {
+    const char* name = nullptr;
+    busRequired(sd_bus_get_unique_name(bus_.get(), &name));
+    return name;
 }
 
 /// A call on a connection that is still being made would wait for that without a limit.
@@ -130,12 +147,30 @@ void BusConnection::awaitSignals(const BusObject& object, const std::function<vo
     sd_bus_slot* slot = nullptr;
     busRequired(sd_bus_match_signal(bus_.get(), &slot, object.service.c_str(), object.path.c_str(),
                                     object.interface.c_str(), nullptr, &noteSignal, &arrived));
-    const std::unique_ptr<sd_bus_slot, SlotRelease> held(slot);
+    const Slot held(slot);
     cause();
     Deadline deadline = after(first);
     while (const std::uint64_t left = microsecondsUntil(deadline)) {
         if (busRequired(sd_bus_process(bus_.get(), nullptr)) == 0) busRequired(sd_bus_wait(bus_.get(), left));
         if (std::exchange(arrived, false)) deadline = after(next);
+    }
+}
+
+BusMessage BusConnection::awaitSignal(const BusObject& object, const char* member,
+                                      const std::function<std::string()>& cause, milliseconds patience) {
+    Signals signals;
+    sd_bus_slot* slot = nullptr;
+    busRequired(sd_bus_match_signal(bus_.get(), &slot, object.service.c_str(), nullptr, object.interface.c_str(),
+                                    member, &keepSignal, &signals));
+    const Slot held(slot);
+    const std::string path = cause();
+    const Deadline deadline = after(patience);
+    for (;;) {
+        if (const auto found = signals.find(path); found != signals.end()) return std::move(found->second);
+        if (busRequired(sd_bus_process(bus_.get(), nullptr)) > 0) continue;
+        const std::uint64_t left = microsecondsUntil(deadline);
+        if (left == 0) return {};
+        busRequired(sd_bus_wait(bus_.get(), left));
     }
 }
 

@@ -21,7 +21,7 @@ WindowSystem& LinuxDesktop::windowSystem() {
     if (!windowSystem_) {
         const bool isWayland = !surroundings_.environment.value("WAYLAND_DISPLAY").value_or("").empty();
         const AdapterModule module = isWayland ? AdapterModule(moduleFolder_, "wayland", "libwayland-client0")
-                                               : AdapterModule(moduleFolder_, "x11", "libxtst6");
+                                               : AdapterModule(moduleFolder_, "x11", "libxkbcommon-x11-0");
         windowSystem_.reset(module.function<WindowSystemFactory>("veskWindowSystem")(surroundings_));
     }
     return *windowSystem_;

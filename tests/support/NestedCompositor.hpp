@@ -1,0 +1,37 @@
+#pragma once
+
+#include "tests/support/TemporaryFolder.hpp"
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace vesk::test {
+
+/// A Wayland compositor without a screen whose monitors are windows of another such one, so that there can be several.
+/// The process's environment names it for as long as the object lives. Throws std::runtime_error, with the package's
+/// name where it is missing.
+class NestedCompositor {
+public:
+    /// `monitors` are sections `[output]` of weston.ini(5).
+    explicit NestedCompositor(const std::string& monitors);
+    ~NestedCompositor();
+    NestedCompositor(const NestedCompositor&) = delete;
+    NestedCompositor& operator=(const NestedCompositor&) = delete;
+
+    /// As in WAYLAND_DISPLAY.
+    static constexpr const char* display = "vesk-inner";
+    /// Ends the compositor and waits for its end.
+    void stop();
+    /// Keeps the compositor from answering, and lets it go on.
+    void pause();
+    void resume();
+
+private:
+    void start(const std::vector<std::string>& arguments, const std::string& socket);
+
+    TemporaryFolder folder_;
+    std::vector<pid_t> servers_;
+};
+
+} // namespace vesk::test
