@@ -1,12 +1,11 @@
 #include "VeskPlatform/Linux/X11/X11Keyboard.hpp"
 
+#include "VeskPlatform/Linux/X11/XcbKeyboard.hpp"
+
 #include <string_view>
 #include <utility>
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
-#define explicit explicitComponents // a field of xcb's has the name of a keyword
-#include <xcb/xkb.h>
-#undef explicit
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
@@ -32,7 +31,7 @@ std::int32_t testKeyboard(X11Connection& connection) {
             }
         }
     }
-    return XCB_XKB_ID_USE_CORE_KBD;
+    return xkb_x11_get_core_keyboard_device_id(connection.get());
 }
 
 void selectKeymapEvents(X11Connection& connection) {
@@ -81,7 +80,7 @@ X11Keymap& X11Keyboard::keymap() {
     connection_.dispatchEvents();
     if (!keymap_) {
         keymap_ = std::make_unique<X11Keymap>(connection_, device_);
-        borrowed_.setSpareKeys(keymap_->spareKeys());
+        borrowed_.adoptKeymap(*keymap_);
     }
     return *keymap_;
 }
