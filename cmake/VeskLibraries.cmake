@@ -39,6 +39,11 @@ add_library(third_systemd INTERFACE)
 target_include_directories(third_systemd SYSTEM INTERFACE ${VESK_INCLUDE_SYSTEMD})
 target_link_libraries(third_systemd INTERFACE ${VESK_LIBRARY_SYSTEMD})
 
+# The numbers of AT-SPI's roles and states; its library is not linked, since it waits for the answer to each question.
+find_path(VESK_INCLUDE_ATSPI atspi/atspi-constants.h PATH_SUFFIXES at-spi-2.0 REQUIRED)
+add_library(third_atspi INTERFACE)
+target_include_directories(third_atspi SYSTEM INTERFACE ${VESK_INCLUDE_ATSPI})
+
 # Only modules link it: as part of a program it would cost each start a millisecond.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(VESK_GMIME REQUIRED IMPORTED_TARGET gmime-3.0)

@@ -29,7 +29,7 @@ WindowSystem& LinuxDesktop::windowSystem() {
 
 AccessibilityTree& LinuxDesktop::accessibilityTree() {
     if (!accessibilityTree_) {
-        const AdapterModule module(moduleFolder_, "atspi", "libatspi2.0-0");
+        const AdapterModule module(moduleFolder_, "atspi", "libsystemd0");
         accessibilityTree_.reset(module.function<AccessibilityFactory>("veskAccessibility")(surroundings_));
     }
     return *accessibilityTree_;

@@ -1,7 +1,6 @@
 #include "VeskPlatform/Linux/Wayland/AccessibleApplications.hpp"
 
-#include "VeskPlatform/Environment.hpp"
-#include "VeskPlatform/Linux/Wayland/SessionBus.hpp"
+#include "VeskPlatform/Linux/Bus/AccessibilityAddress.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -17,31 +16,16 @@ BusObject registry() { return {"org.a11y.atspi.Registry", "/org/a11y/atspi/acces
 
 } // namespace
 
-AccessibilityBusMissing::AccessibilityBusMissing(const std::string& reason)
-    : ErrorRecord("VeskWayland", 2, "The accessibility bus cannot be reached: install at-spi2-core. " + reason) {}
-
 AccessibleApplications::AccessibleApplications(Environment& environment, std::chrono::milliseconds patience)
     : environment_(environment), patience_(patience) {}
 
-std::string AccessibleApplications::busAddress() {
-    if (const auto address = environment_.value("AT_SPI_BUS_ADDRESS"); address && !address->empty()) return *address;
-    BusConnection session = openSessionBus(patience_);
-    try {
-        const BusMessage reply =
-            session.call({"org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus"}, "GetAddress", patience_);
-        return readText(*reply);
-    } catch (const BusError& error) {
-        throw AccessibilityBusMissing(error.description());
-    }
-}
-
 BusConnection& AccessibleApplications::bus() {
     if (!bus_) {
-        const std::string address = busAddress();
+        const std::string address = accessibilityBusAddress(environment_, patience_);
         try {
             bus_.emplace(address, patience_);
         } catch (const BusError& error) {
-            throw AccessibilityBusMissing(error.description());
+            throw AccessibilityUnavailable(error.description());
         }
     }
     return *bus_;

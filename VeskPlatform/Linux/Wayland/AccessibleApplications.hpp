@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VeskPlatform/Linux/Bus/BusConnection.hpp"
-#include "VeskSupport/ErrorRecord.hpp"
 
 #include <chrono>
 #include <cstdint>
@@ -14,12 +13,6 @@ namespace vesk {
 
 class Environment;
 
-/// The accessibility bus is not there. The description names the package to install. Domain "VeskWayland", code 2.
-class AccessibilityBusMissing : public ErrorRecord {
-public:
-    explicit AccessibilityBusMissing(const std::string& reason);
-};
-
 /// A program that shows its windows on the accessibility bus, under the name that it gives itself there.
 struct AccessibleApplication {
     std::int32_t processIdentifier = 0;
@@ -29,8 +22,8 @@ struct AccessibleApplication {
 };
 
 /// The programs on the accessibility bus (AT-SPI 2), the one place where a Wayland session tells of them. One that does
-/// not answer in time is left out. The bus is connected on first use; functions throw AccessibilityBusMissing and
-/// BusError.
+/// not answer in time is left out. The bus is connected on first use; functions throw AccessibilityUnavailable
+/// and BusError.
 class AccessibleApplications {
 public:
     AccessibleApplications(Environment& environment, std::chrono::milliseconds patience);
@@ -44,7 +37,6 @@ private:
     using Visit = std::function<bool(const BusObject& root)>;
 
     BusConnection& bus();
-    std::string busAddress();
     /// Runs `visit` for the root of each application until it returns true.
     void forEach(const Visit& visit);
     std::vector<BusObject> children(const BusObject& accessible);
