@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,7 +12,8 @@ namespace vesk {
 
 class Environment;
 
-/// A program that shows its windows on the accessibility bus, under the name that it gives itself there.
+/// A program that shows its windows on the accessibility bus, under the name that it gives itself there; empty where it
+/// does not answer.
 struct AccessibleApplication {
     std::int32_t processIdentifier = 0;
     std::string name;
@@ -21,9 +21,9 @@ struct AccessibleApplication {
     bool operator==(const AccessibleApplication&) const = default;
 };
 
-/// The programs on the accessibility bus (AT-SPI 2), the one place where a Wayland session tells of them. One that does
-/// not answer in time is left out. The bus is connected on first use; functions throw AccessibilityUnavailable
-/// and BusError.
+/// The programs on the accessibility bus (AT-SPI 2), the one place where a Wayland session tells of them. They are all
+/// asked at the same time, and none for longer than the patience. The bus is connected on first use; functions throw
+/// AccessibilityUnavailable and, where the list itself cannot be had, BusError.
 class AccessibleApplications {
 public:
     AccessibleApplications(Environment& environment, std::chrono::milliseconds patience);
@@ -34,14 +34,10 @@ public:
     std::optional<AccessibleApplication> active();
 
 private:
-    using Visit = std::function<bool(const BusObject& root)>;
+    struct Candidate;
 
     BusConnection& bus();
-    /// Runs `visit` for the root of each application until it returns true.
-    void forEach(const Visit& visit);
-    std::vector<BusObject> children(const BusObject& accessible);
-    bool isActive(const BusObject& window);
-    AccessibleApplication describe(const BusObject& root);
+    std::vector<Candidate> candidates();
 
     Environment& environment_;
     std::chrono::milliseconds patience_;
