@@ -21,6 +21,8 @@ public:
 
     /// As in WAYLAND_DISPLAY.
     static constexpr const char* display = "vesk-inner";
+    /// As in XDG_RUNTIME_DIR.
+    const std::string& runtimeFolder() const { return folder_.path(); }
     /// Ends the compositor and waits for its end.
     void stop();
     /// Keeps the compositor from answering, and lets it go on.

@@ -91,12 +91,6 @@ BusConnection::BusConnection(const std::string& address, milliseconds patience) 
     awaitReadiness(patience);
 }
 
-std::string BusConnection::uniqueName() const {
-    const char* name = nullptr;
-    busRequired(sd_bus_get_unique_name(bus_.get(), &name));
-    return name;
-}
-
 /// A call on a connection that is still being made would wait for that without a limit.
 void BusConnection::awaitReadiness(milliseconds patience) {
     const Deadline deadline = after(patience);

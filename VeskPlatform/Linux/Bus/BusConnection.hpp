@@ -25,34 +25,33 @@ struct BusObject {
 class BusConnection {
 public:
     BusConnection(BusKind kind, std::chrono::milliseconds patience);
-    /// A bus at an address of its own, as in DBUS_SESSION_BUS_ADDRESS.
+    /// The bus at an address, as in DBUS_SESSION_BUS_ADDRESS.
     BusConnection(const std::string& address, std::chrono::milliseconds patience);
 
     /// Owned by this object.
     sd_bus* native() const { return bus_.get(); }
-    /// Such as ":1.42".
-    std::string uniqueName() const;
 
     ServicePresence presence(const std::string& service, std::chrono::milliseconds patience);
     /// Has the bus start a dormant service and waits for it.
     void start(const std::string& service, std::chrono::milliseconds patience);
 
-    /// Calls a method with arguments as sd_bus_message_append(3) takes them.
-    template <class... Arguments>
-    BusMessage call(const BusObject& object, const char* method, std::chrono::milliseconds patience,
-                    const char* types = "", Arguments... arguments) {
-        const BusMessage message = newCall(object, method, types, arguments...);
-        return answer(*message, patience);
-    }
-    /// A call with such arguments that is still to be sent.
+    /// A call that is still to be sent, with arguments as sd_bus_message_append(3) takes them.
     template <class... Arguments>
     BusMessage newCall(const BusObject& object, const char* method, const char* types, Arguments... arguments) {
         BusMessage message = newCall(object, method);
         busRequired(sd_bus_message_append(message.get(), types, arguments...));
         return message;
     }
-    /// A call whose arguments the caller appends before it is sent.
+    /// The same where the caller appends them.
     BusMessage newCall(const BusObject& object, const char* method);
+
+    /// Calls a method with such arguments.
+    template <class... Arguments>
+    BusMessage call(const BusObject& object, const char* method, std::chrono::milliseconds patience,
+                    const char* types = "", Arguments... arguments) {
+        const BusMessage message = newCall(object, method, types, arguments...);
+        return answer(*message, patience);
+    }
     BusMessage answer(sd_bus_message& call, std::chrono::milliseconds patience);
 
     /// All properties of the object's interface.

@@ -1,108 +1,111 @@
 #include "VeskPlatform/Linux/Wayland/AccessibleApplications.hpp"
 
-#include "VeskPlatform/Environment.hpp"
-#include "VeskPlatform/Linux/Wayland/SessionBus.hpp"
+#include "VeskPlatform/Linux/Bus/AccessibilityAddress.hpp"
+#include "VeskPlatform/Linux/Bus/BusCalls.hpp"
 
 #include <algorithm>
 #include <utility>
 
 namespace vesk {
+
+/// An application on the list and what is asked of it.
+struct AccessibleApplications::Candidate {
+    BusObject root;
+    AccessibleApplication description;
+    bool isActive = false;
+};
+
 namespace {
 
 constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
 /// ATSPI_STATE_ACTIVE, of the first of two numbers with a bit for each state.
 constexpr unsigned activeState = 1;
 
-BusObject registry() { return {"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", accessibleInterface}; }
+std::vector<BusObject> readObjects(sd_bus_message& message) {
+    std::vector<BusObject> objects;
+    readItems(message, 'a', "(so)", [&] {
+        readItems(message, 'r', "so", [&] {
+            std::string service = readText(message);
+            objects.push_back({std::move(service), readText(message, 'o'), accessibleInterface});
+        });
+    });
+    return objects;
+}
+
+bool tellsActive(sd_bus_message& states) {
+    std::vector<std::int64_t> bits;
+    readItems(states, 'a', "u", [&] { bits.push_back(readInteger(states, 'u')); });
+    return !bits.empty() && (bits.front() >> activeState & 1) != 0;
+}
+
+/// The daemon of the bus answers for a program that hangs.
+void askForProcess(BusCalls& calls, const BusObject& root, AccessibleApplication& answer) {
+    const BusObject daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
+    calls.add(
+        daemon, "GetConnectionUnixProcessID",
+        [&answer](sd_bus_message& reply) {
+            answer.processIdentifier = static_cast<std::int32_t>(readInteger(reply, 'u'));
+        },
+        "s", root.service.c_str());
+}
+
+void askForName(BusCalls& calls, const BusObject& root, AccessibleApplication& answer) {
+    calls.addProperty(root, "Name", "s", [&answer](sd_bus_message& reply) { answer.name = readText(reply); });
+}
+
+void askForActivity(BusCalls& calls, const BusObject& root, bool& answer) {
+    calls.add(root, "GetChildren", [&calls, &answer](sd_bus_message& windows) {
+        for (const BusObject& window : readObjects(windows))
+            calls.add(window, "GetState",
+                      [&answer](sd_bus_message& states) { answer = answer || tellsActive(states); });
+    });
+}
 
 } // namespace
-
-AccessibilityBusMissing::AccessibilityBusMissing(const std::string& reason)
-    : ErrorRecord("VeskWayland", 2, "The accessibility bus cannot be reached: install at-spi2-core. " + reason) {}
 
 AccessibleApplications::AccessibleApplications(Environment& environment, std::chrono::milliseconds patience)
     : environment_(environment), patience_(patience) {}
 
-std::string AccessibleApplications::busAddress() {
-    if (const auto address = environment_.value("AT_SPI_BUS_ADDRESS"); address && !address->empty()) return *address;
-    BusConnection session = openSessionBus(patience_);
-    try {
-        const BusMessage reply =
-            session.call({"org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus"}, "GetAddress", patience_);
-        return readText(*reply);
-    } catch (const BusError& error) {
-        throw AccessibilityBusMissing(error.description());
-    }
-}
-
 BusConnection& AccessibleApplications::bus() {
     if (!bus_) {
-        const std::string address = busAddress();
+        const std::string address = accessibilityBusAddress(environment_, patience_);
         try {
             bus_.emplace(address, patience_);
         } catch (const BusError& error) {
-            throw AccessibilityBusMissing(error.description());
+            throw AccessibilityUnavailable(error.description());
         }
     }
     return *bus_;
 }
 
-std::vector<BusObject> AccessibleApplications::children(const BusObject& accessible) {
-    const BusMessage reply = bus().call(accessible, "GetChildren", patience_);
-    std::vector<BusObject> found;
-    readItems(*reply, 'a', "(so)", [&] {
-        readItems(*reply, 'r', "so", [&] {
-            std::string service = readText(*reply);
-            found.push_back({std::move(service), readText(*reply, 'o'), accessibleInterface});
-        });
-    });
-    return found;
-}
+std::vector<AccessibleApplications::Candidate> AccessibleApplications::candidates() {
+    const BusObject registry{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", accessibleInterface};
+    const BusMessage listed = bus().call(registry, "GetChildren", patience_);
+    std::vector<Candidate> all;
+    for (BusObject& root : readObjects(*listed)) all.push_back({.root = std::move(root), .description = {}});
 
-void AccessibleApplications::forEach(const Visit& visit) {
-    for (const BusObject& root : children(registry())) {
-        try {
-            if (visit(root)) return;
-        } catch (const BusError&) { // it has gone, or hangs
-        }
+    BusCalls calls(bus());
+    for (Candidate& candidate : all) {
+        askForProcess(calls, candidate.root, candidate.description);
+        askForName(calls, candidate.root, candidate.description);
+        askForActivity(calls, candidate.root, candidate.isActive);
     }
-}
-
-bool AccessibleApplications::isActive(const BusObject& window) {
-    const BusMessage reply = bus().call(window, "GetState", patience_);
-    std::vector<std::int64_t> states;
-    readItems(*reply, 'a', "u", [&] { states.push_back(readInteger(*reply, 'u')); });
-    return !states.empty() && (states.front() >> activeState & 1) != 0;
-}
-
-AccessibleApplication AccessibleApplications::describe(const BusObject& root) {
-    const BusObject daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
-    const BusMessage process = bus().call(daemon, "GetConnectionUnixProcessID", patience_, "s", root.service.c_str());
-    const BusMessage name = bus().call(root.with(root.path, "org.freedesktop.DBus.Properties"), "Get", patience_, "ss",
-                                       accessibleInterface, "Name");
-    const BusValue value = readVariant(*name);
-    const auto* text = std::get_if<std::string>(&value);
-    return {static_cast<std::int32_t>(readInteger(*process, 'u')), text == nullptr ? std::string() : *text};
+    calls.finish(std::chrono::steady_clock::now() + patience_);
+    // Without a process it left the bus meanwhile.
+    std::erase_if(all, [](const Candidate& candidate) { return candidate.description.processIdentifier == 0; });
+    return all;
 }
 
 std::vector<AccessibleApplication> AccessibleApplications::list() {
     std::vector<AccessibleApplication> applications;
-    forEach([&](const BusObject& root) {
-        applications.push_back(describe(root));
-        return false;
-    });
+    for (Candidate& candidate : candidates()) applications.push_back(std::move(candidate.description));
     return applications;
 }
 
 std::optional<AccessibleApplication> AccessibleApplications::active() {
-    std::optional<AccessibleApplication> found;
-    forEach([&](const BusObject& root) {
-        const auto windows = children(root);
-        if (std::ranges::none_of(windows, [this](const BusObject& window) { return isActive(window); })) return false;
-        found = describe(root);
-        return true;
-    });
-    return found;
+    const auto all = candidates();
+    const auto found = std::ranges::find_if(all, &Candidate::isActive);
+    return found == all.end() ? std::nullopt : std::optional(found->description);
 }
 
 } // namespace vesk

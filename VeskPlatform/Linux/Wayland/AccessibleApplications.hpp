@@ -1,11 +1,9 @@
 #pragma once
 
 #include "VeskPlatform/Linux/Bus/BusConnection.hpp"
-#include "VeskSupport/ErrorRecord.hpp"
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,13 +12,8 @@ namespace vesk {
 
 class Environment;
 
-/// The accessibility bus is not there. The description names the package to install. Domain "VeskWayland", code 2.
-class AccessibilityBusMissing : public ErrorRecord {
-public:
-    explicit AccessibilityBusMissing(const std::string& reason);
-};
-
-/// A program that shows its windows on the accessibility bus, under the name that it gives itself there.
+/// A program that shows its windows on the accessibility bus, under the name that it gives itself there; empty where it
+/// does not answer.
 struct AccessibleApplication {
     std::int32_t processIdentifier = 0;
     std::string name;
@@ -28,9 +21,9 @@ struct AccessibleApplication {
     bool operator==(const AccessibleApplication&) const = default;
 };
 
-/// The programs on the accessibility bus (AT-SPI 2), the one place where a Wayland session tells of them. One that does
-/// not answer in time is left out. The bus is connected on first use; functions throw AccessibilityBusMissing and
-/// BusError.
+/// The programs on the accessibility bus (AT-SPI 2), the one place where a Wayland session tells of them. They are all
+/// asked at the same time, and none for longer than the patience. The bus is connected on first use; functions throw
+/// AccessibilityUnavailable and, where the list itself cannot be had, BusError.
 class AccessibleApplications {
 public:
     AccessibleApplications(Environment& environment, std::chrono::milliseconds patience);
@@ -41,15 +34,10 @@ public:
     std::optional<AccessibleApplication> active();
 
 private:
-    using Visit = std::function<bool(const BusObject& root)>;
+    struct Candidate;
 
     BusConnection& bus();
-    std::string busAddress();
-    /// Runs `visit` for the root of each application until it returns true.
-    void forEach(const Visit& visit);
-    std::vector<BusObject> children(const BusObject& accessible);
-    bool isActive(const BusObject& window);
-    AccessibleApplication describe(const BusObject& root);
+    std::vector<Candidate> candidates();
 
     Environment& environment_;
     std::chrono::milliseconds patience_;

@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/Wayland/DesktopPortal.hpp"
 
-#include "VeskPlatform/Linux/Wayland/SessionBus.hpp"
+#include "VeskPlatform/Linux/Bus/SessionBus.hpp"
 
 #include <random>
 

@@ -42,40 +42,29 @@ public:
         place_.reset(zxdg_output_manager_v1_get_xdg_output(&manager, output_.get()));
         zxdg_output_v1_add_listener(place_.get(), &placeListener, this);
     }
-    ScreenRectangle bounds() const {
-        const ScreenSize own = ownSize();
-        return {logicalPosition_ ? logicalPosition_->x : position_.x,
-                logicalPosition_ ? logicalPosition_->y : position_.y, logicalSize_ ? logicalSize_->width : own.width,
-                logicalSize_ ? logicalSize_->height : own.height};
-    }
+    ScreenRectangle bounds() const { return placeOf(facts_); }
 
 private:
-    ScreenSize ownSize() const {
-        const ScreenSize scaled{mode_.width / scale_, mode_.height / scale_};
-        return isTurned_ ? ScreenSize{scaled.height, scaled.width} : scaled;
-    }
-
     static Output& self(void* data) { return *static_cast<Output*>(data); }
     static void geometry(void* data, wl_output*, std::int32_t x, std::int32_t y, std::int32_t, std::int32_t,
                          std::int32_t, const char*, const char*, std::int32_t transform) {
-        self(data).position_ = {static_cast<double>(x), static_cast<double>(y)};
-        // The transforms by a quarter, mirrored or not, are the odd ones.
-        self(data).isTurned_ = (static_cast<std::uint32_t>(transform) & 1U) != 0;
+        self(data).facts_.position = {static_cast<double>(x), static_cast<double>(y)};
+        self(data).facts_.transform = transform;
     }
     static void mode(void* data, wl_output*, std::uint32_t flags, std::int32_t width, std::int32_t height,
                      std::int32_t) {
         if ((flags & WL_OUTPUT_MODE_CURRENT) != 0)
-            self(data).mode_ = {static_cast<double>(width), static_cast<double>(height)};
+            self(data).facts_.mode = {static_cast<double>(width), static_cast<double>(height)};
     }
-    static void scale(void* data, wl_output*, std::int32_t factor) { self(data).scale_ = std::max(factor, 1); }
+    static void scale(void* data, wl_output*, std::int32_t factor) { self(data).facts_.scale = factor; }
     static void done(void*, wl_output*) {}
     static void text(void*, wl_output*, const char*) {}
 
     static void logicalPosition(void* data, zxdg_output_v1*, std::int32_t x, std::int32_t y) {
-        self(data).logicalPosition_ = {static_cast<double>(x), static_cast<double>(y)};
+        self(data).facts_.logicalPosition = {static_cast<double>(x), static_cast<double>(y)};
     }
     static void logicalSize(void* data, zxdg_output_v1*, std::int32_t width, std::int32_t height) {
-        self(data).logicalSize_ = {static_cast<double>(width), static_cast<double>(height)};
+        self(data).facts_.logicalSize = {static_cast<double>(width), static_cast<double>(height)};
     }
     static void placeDone(void*, zxdg_output_v1*) {}
     static void placeText(void*, zxdg_output_v1*, const char*) {}
@@ -90,15 +79,20 @@ private:
 
     std::unique_ptr<wl_output, OutputRelease> output_;
     std::unique_ptr<zxdg_output_v1, PlaceRelease> place_;
-    ScreenPoint position_;
-    ScreenSize mode_;
-    double scale_ = 1;
-    bool isTurned_ = false;
-    std::optional<ScreenPoint> logicalPosition_;
-    std::optional<ScreenSize> logicalSize_;
+    OutputFacts facts_;
 };
 
 } // namespace
+
+ScreenRectangle placeOf(const OutputFacts& facts) {
+    const double scale = std::max(facts.scale, 1);
+    ScreenSize own{facts.mode.width / scale, facts.mode.height / scale};
+    // The transforms by a quarter, mirrored or not, are the odd ones.
+    if (facts.transform % 2 != 0) std::swap(own.width, own.height);
+    const ScreenPoint position = facts.logicalPosition.value_or(facts.position);
+    const ScreenSize size = facts.logicalSize.value_or(own);
+    return {position.x, position.y, size.width, size.height};
+}
 
 /// The globals of the compositor that matter here, kept up to date by its events.
 class OutputLayout::Registry {

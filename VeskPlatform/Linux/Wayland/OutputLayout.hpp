@@ -3,7 +3,9 @@
 #include "VeskPlatform/Displays.hpp"
 #include "VeskPlatform/Linux/Wayland/WaylandConnection.hpp"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace vesk {
@@ -15,6 +17,21 @@ struct OutputPlace {
 
     bool operator==(const OutputPlace&) const = default;
 };
+
+/// What a monitor tells of itself, and xdg-output of it where there is one.
+struct OutputFacts {
+    ScreenPoint position;
+    /// In pixels, before the transform.
+    ScreenSize mode;
+    /// Pixels to a point.
+    std::int32_t scale = 1;
+    /// A wl_output.transform.
+    std::int32_t transform = 0;
+    std::optional<ScreenPoint> logicalPosition{};
+    std::optional<ScreenSize> logicalSize{};
+};
+
+ScreenRectangle placeOf(const OutputFacts& facts);
 
 /// The monitors of a compositor. The places are those of xdg-output; where the compositor has none, what the monitors
 /// themselves tell of their mode, scale and transform.

@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/Wayland/WaylandApplications.hpp"
 
-#include "VeskPlatform/Linux/Wayland/SessionBus.hpp"
+#include "VeskPlatform/Linux/Bus/SessionBus.hpp"
 
 #include <algorithm>
 #include <chrono>

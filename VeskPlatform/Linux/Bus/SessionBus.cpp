@@ -1,4 +1,4 @@
-#include "VeskPlatform/Linux/Wayland/SessionBus.hpp"
+#include "VeskPlatform/Linux/Bus/SessionBus.hpp"
 
 namespace vesk {
 

@@ -1,0 +1,82 @@
+#include "tests/support/NestedCompositor.hpp"
+
+#include "VeskPlatform/Linux/ChildProcess.hpp"
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vesk::test {
+namespace {
+
+constexpr std::chrono::seconds patience{15};
+constexpr const char* outerDisplay = "vesk-outer";
+
+std::string compositorProgram() {
+    const auto path = installedProgram("weston");
+    if (!path) throw std::runtime_error("weston is not installed: apt install weston");
+    return *path;
+}
+
+pid_t startQuietly(std::vector<std::string> arguments) {
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    const pid_t child = ::fork();
+    if (child != 0) return child;
+    const int null = ::open("/dev/null", O_RDWR);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
+    ::execv(pointers[0], pointers.data());
+    ::_exit(127);
+}
+
+} // namespace
+
+NestedCompositor::NestedCompositor(const std::string& monitors) {
+    ::setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    start({"--backend=headless-backend.so", "--width=3000", "--height=3000", "--no-config"}, outerDisplay);
+    ::setenv("WAYLAND_DISPLAY", outerDisplay, 1);
+    const std::string configuration = folder_.write("weston.ini", "[core]\nshell=fullscreen-shell.so\n" + monitors);
+    start({"--backend=wayland-backend.so", "--use-pixman", "--output-count=2", "--config=" + configuration}, display);
+    ::setenv("WAYLAND_DISPLAY", display, 1);
+}
+
+NestedCompositor::~NestedCompositor() {
+    resume();
+    stop();
+    ::unsetenv("WAYLAND_DISPLAY");
+    ::unsetenv("XDG_RUNTIME_DIR");
+}
+
+void NestedCompositor::start(const std::vector<std::string>& arguments, const std::string& socket) {
+    std::vector<std::string> all{compositorProgram(), "--socket=" + socket, "--idle-time=0"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    servers_.push_back(startQuietly(all));
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!std::filesystem::exists(folder_ / (socket + ".lock")) || !std::filesystem::exists(folder_ / socket)) {
+        if (std::chrono::steady_clock::now() > deadline) throw std::runtime_error("weston does not start");
+        ::poll(nullptr, 0, 5); // it tells nobody when it is ready
+    }
+}
+
+void NestedCompositor::stop() {
+    for (auto server = servers_.rbegin(); server != servers_.rend(); ++server) {
+        ::kill(*server, SIGTERM);
+        ::waitpid(*server, nullptr, 0);
+    }
+    servers_.clear();
+}
+
+void NestedCompositor::pause() { ::kill(servers_.back(), SIGSTOP); }
+
+void NestedCompositor::resume() {
+    if (!servers_.empty()) ::kill(servers_.back(), SIGCONT);
+}
+
+} // namespace vesk::test
