@@ -61,7 +61,8 @@ Value identifierValue(const AtspiElement&, const AtspiFacts& facts) {
 }
 
 Value placeholder(const AtspiElement&, const AtspiFacts& facts) {
-    return textValue(attributeOf(facts, {"placeholder-text", "placeholder"}));
+    const auto own = attributeOf(facts, {"placeholder-text", "placeholder"});
+    return textValue(!own && facts.isNamedByPlaceholder() ? facts.name : own);
 }
 
 /// 1 for yes, 0 for no, 2 for partly.

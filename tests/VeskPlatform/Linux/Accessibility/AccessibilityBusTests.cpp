@@ -1,5 +1,7 @@
 #include "VeskPlatform/Linux/Accessibility/AccessibilityBus.hpp"
 
+#include "VeskPlatform/Linux/Bus/AccessibilityAddress.hpp"
+
 #include "tests/VeskPlatform/Linux/Accessibility/AccessibleWorld.hpp"
 #include "tests/fakes/FakeBasics.hpp"
 #include "tests/support/MessagingBuses.hpp"

@@ -231,6 +231,17 @@ TEST_F(AtspiTreeTests, TextIsRead) {
     }
 }
 
+TEST_F(AtspiTreeTests, ANameMayBeThePlaceholder) {
+    FakeAccessible& field = addElement(ATSPI_ROLE_ENTRY);
+    field.name = "Find";
+    const auto found = element();
+    EXPECT_EQ(valueIn<std::string>(read(found, {"AXPlaceholderValue"}), "AXPlaceholderValue"), std::nullopt);
+    application.change([&] { field.attributes = {{"name-from", "placeholder"}}; });
+    EXPECT_EQ(valueIn<std::string>(read(found, {"AXPlaceholderValue"}), "AXPlaceholderValue"), "Find");
+    application.change([&] { field.attributes = {{"name-from", "attribute"}}; });
+    EXPECT_EQ(valueIn<std::string>(read(found, {"AXPlaceholderValue"}), "AXPlaceholderValue"), std::nullopt);
+}
+
 TEST_F(AtspiTreeTests, APasswordIsNeverAskedFor) {
     FakeAccessible& field = addElement(ATSPI_ROLE_PASSWORD_TEXT, {ATSPI_STATE_EDITABLE});
     field.text = "secret";
