@@ -21,9 +21,6 @@ public:
     /// One for each element, in their order. An element that is not on the bus, or says that it is defunct, has none.
     std::vector<AtspiFacts> gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted);
 
-    /// How many questions were asked.
-    std::size_t count() const { return calls_.count(); }
-
 private:
     struct Subject {
         const AtspiElementHandle& element;

@@ -112,16 +112,16 @@ Task<AccessibilityElementHandle> AtspiTree::applicationElement(std::int32_t proc
     AtspiReference reference = applicationWithWindows(calls, applications, start + patience_.bus);
     // A process without elements still has a root, which has nothing.
     if (!reference.isElement()) reference = {"", "process " + std::to_string(processIdentifier)};
-    note("application", calls.count(), start);
     co_return elements_.application(std::move(reference), patience_.application);
 }
 
 std::vector<AtspiFacts> AtspiTree::gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted) {
-    const auto start = steady_clock::now();
-    const PatienceWatch watch(elements);
-    AtspiGathering gathering(bus_, elements_, watch.deadline());
-    std::vector<AtspiFacts> facts = gathering.gather(elements, wanted);
-    note("read", gathering.count(), start);
+    std::vector<AtspiFacts> facts;
+    {
+        const PatienceWatch watch(elements);
+        facts = AtspiGathering(bus_, elements_, watch.deadline()).gather(elements, wanted);
+    }
+    noteSilence(elements);
     return facts;
 }
 
@@ -149,7 +149,6 @@ Task<bool> AtspiTree::setValue(AccessibilityElementHandle element, std::string a
     const auto number = takesNumber(facts) ? numberOf(text) : std::nullopt;
     if (!number && !takesText(facts)) co_return false;
 
-    const PatienceWatch watch(asked);
     const AtspiReference& reference = asked.front()->reference;
     BusCalls calls(bus_);
     bool accepted = false;
@@ -161,15 +160,17 @@ Task<bool> AtspiTree::setValue(AccessibilityElementHandle element, std::string a
         calls.add(
             {reference.service, reference.path, atspi::editableText}, "SetTextContents",
             [&accepted](sd_bus_message& answer) { accepted = readAcceptance(answer); }, "s", text.c_str());
-    calls.finish(watch.deadline());
+    {
+        const PatienceWatch watch(asked);
+        calls.finish(watch.deadline());
+    }
+    noteSilence(asked);
     co_return accepted;
 }
 
-void AtspiTree::note(const char* request, std::size_t calls, steady_clock::time_point start) const {
-    if (!log_) return;
-    const auto spent = std::chrono::duration_cast<std::chrono::microseconds>(steady_clock::now() - start);
-    log_(std::string("accessibility request=") + request + " calls=" + std::to_string(calls)
-         + " us=" + std::to_string(spent.count()));
+/// Once for each application, since it is not asked again.
+void AtspiTree::noteSilence(const std::vector<AtspiElementHandle>& elements) const {
+    if (log_ && !std::ranges::all_of(elements, hasPatience)) log_("accessibility application unanswered");
 }
 
 } // namespace vesk
