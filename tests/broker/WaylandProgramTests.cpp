@@ -8,8 +8,12 @@
 #include "tests/support/PrivateBus.hpp"
 #include "tests/support/ProgramRun.hpp"
 
+#include <chrono>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
+#include <thread>
 
 namespace vesk::test {
 namespace {
@@ -128,6 +132,45 @@ TEST_F(WaylandProgram, TheActiveApplicationIsTold) {
 TEST_F(WaylandProgram, ADisplayThatIsNotThereIsNamed) {
     program.environment["WAYLAND_DISPLAY"] = "wayland-none";
     EXPECT_THAT(fail({"active-app"}), HasSubstr("The Wayland display \"wayland-none\" cannot be reached"));
+}
+
+/// In the answer about the active application; none where it has none.
+std::optional<pid_t> processOf(const std::string& answer) {
+    const std::string key = "\"processIdentifier\" : ";
+    const std::size_t found = answer.find(key);
+    if (found == std::string::npos) return std::nullopt;
+    return std::stoi(answer.substr(found + key.size()));
+}
+
+/// A GTK program with one field, in a session of its own.
+TEST(WaylandProgramForReal, AGtkProgramIsInFrontWithItsField) {
+    const NestedCompositor compositor;
+    PrivateBus session;
+    session.addActivatable("org.a11y.Bus", "/usr/libexec/at-spi-bus-launcher");
+    ProgramRun broker(VESK_BINARY_DIR "/bin/VeskCapabilityBroker");
+    broker.environment["VESK_STATE_DIR"] = (broker.folder() / "state").string();
+    broker.environment["WAYLAND_DISPLAY"] = NestedCompositor::display;
+    broker.environment["XDG_RUNTIME_DIR"] = compositor.runtimeFolder();
+    broker.environment["DBUS_SESSION_BUS_ADDRESS"] = session.address();
+    ProgramRun companion(VESK_BINARY_DIR "/bin/vesk");
+    companion.environment = broker.environment;
+    companion.run({"consent", "grant", "accessibility", "--yes"});
+    ProgramRun dialog("/usr/bin/zenity");
+    dialog.environment = broker.environment;
+    dialog.environment["GDK_BACKEND"] = "wayland";
+    dialog.deadline = std::chrono::seconds(20);
+    std::thread running([&dialog] { dialog.run({"--entry", "--title=Letter", "--timeout=20"}); });
+
+    std::string front;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+    while (front.find("\"appName\"") == std::string::npos && std::chrono::steady_clock::now() < deadline)
+        front = broker.run({"active-app"}).output;
+    EXPECT_THAT(front, HasSubstr("\"appName\" : \"zenity\""));
+    const ProgramResult focus = broker.run({"focused-element"});
+    EXPECT_THAT(focus.output, HasSubstr("\"role\" : \"AXTextField\"")) << focus;
+    EXPECT_THAT(focus.output, HasSubstr("\"windowTitle\" : \"Letter\"")) << focus;
+    if (const auto process = processOf(front)) ::kill(*process, SIGTERM);
+    running.join();
 }
 
 } // namespace

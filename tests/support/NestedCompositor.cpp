@@ -18,9 +18,9 @@ namespace {
 constexpr std::chrono::seconds patience{15};
 constexpr const char* outerDisplay = "vesk-outer";
 
-std::string compositorProgram() {
-    const auto path = installedProgram("weston");
-    if (!path) throw std::runtime_error("weston is not installed: apt install weston");
+std::string requiredProgram(const std::string& name, const std::string& package) {
+    const auto path = installedProgram(name);
+    if (!path) throw std::runtime_error(name + " is not installed: apt install " + package);
     return *path;
 }
 
@@ -47,6 +47,18 @@ NestedCompositor::NestedCompositor(const std::string& monitors) {
     ::setenv("WAYLAND_DISPLAY", display, 1);
 }
 
+NestedCompositor::NestedCompositor() {
+    ::setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    // A number of our own, above those of other tests' servers.
+    const std::string number = std::to_string(60000 + ::getpid() % 5000);
+    startServer({requiredProgram("Xvfb", "xvfb"), ":" + number, "-screen", "0", "1000x800x24", "-nolisten", "tcp"},
+                "/tmp/.X11-unix/X" + number);
+    ::setenv("DISPLAY", (":" + number).c_str(), 1);
+    start({"--backend=x11-backend.so", "--use-pixman", "--width=800", "--height=600", "--no-config"}, display);
+    ::unsetenv("DISPLAY");
+    ::setenv("WAYLAND_DISPLAY", display, 1);
+}
+
 NestedCompositor::~NestedCompositor() {
     resume();
     stop();
@@ -55,12 +67,16 @@ NestedCompositor::~NestedCompositor() {
 }
 
 void NestedCompositor::start(const std::vector<std::string>& arguments, const std::string& socket) {
-    std::vector<std::string> all{compositorProgram(), "--socket=" + socket, "--idle-time=0"};
+    std::vector<std::string> all{requiredProgram("weston", "weston"), "--socket=" + socket, "--idle-time=0"};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    servers_.push_back(startQuietly(all));
+    startServer(all, folder_ / socket);
+}
+
+void NestedCompositor::startServer(const std::vector<std::string>& arguments, const std::string& socket) {
+    servers_.push_back(startQuietly(arguments));
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!std::filesystem::exists(folder_ / (socket + ".lock")) || !std::filesystem::exists(folder_ / socket)) {
-        if (std::chrono::steady_clock::now() > deadline) throw std::runtime_error("weston does not start");
+    while (!std::filesystem::exists(socket)) {
+        if (std::chrono::steady_clock::now() > deadline) throw std::runtime_error(arguments[0] + " does not start");
         ::poll(nullptr, 0, 5); // it tells nobody when it is ready
     }
 }

@@ -8,13 +8,15 @@
 
 namespace vesk::test {
 
-/// A Wayland compositor without a screen whose monitors are windows of another such one, so that there can be several.
-/// The process's environment names it for as long as the object lives. Throws std::runtime_error, with the package's
-/// name where it is missing.
+/// A Wayland compositor without a screen. The process's environment names it for as long as the object lives. Throws
+/// std::runtime_error, with the package's name where a program is missing.
 class NestedCompositor {
 public:
-    /// `monitors` are sections `[output]` of weston.ini(5).
+    /// Its monitors are windows of another such one, so that there can be several; `monitors` are sections `[output]`
+    /// of weston.ini(5) for two. Programs find no windows and no keyboard.
     explicit NestedCompositor(const std::string& monitors);
+    /// Its one monitor is a window of an X server without a screen, with a keyboard, so that windows have the focus.
+    NestedCompositor();
     ~NestedCompositor();
     NestedCompositor(const NestedCompositor&) = delete;
     NestedCompositor& operator=(const NestedCompositor&) = delete;
@@ -30,6 +32,7 @@ public:
     void resume();
 
 private:
+    void startServer(const std::vector<std::string>& arguments, const std::string& socket);
     void start(const std::vector<std::string>& arguments, const std::string& socket);
 
     TemporaryFolder folder_;

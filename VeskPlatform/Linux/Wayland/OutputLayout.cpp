@@ -1,13 +1,12 @@
 #include "VeskPlatform/Linux/Wayland/OutputLayout.hpp"
 
-#include "xdg-output-unstable-v1-client-protocol.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <xdg-output-unstable-v1-client-protocol.h>
 
 namespace vesk {
 namespace {
