@@ -14,7 +14,8 @@ namespace {
 using Value = std::optional<AccessibilityValue>;
 using Fact = AtspiFact;
 
-template <class T> Value valueOf(T value) { return AccessibilityValue{std::move(value)}; }
+/// Made in its place: g++ 12 takes a variant that is moved for one that was never set.
+template <class T> Value valueOf(T value) { return Value(std::in_place, std::move(value)); }
 
 Value textValue(const std::optional<std::string>& text) {
     return text && !text->empty() ? valueOf(*text) : std::nullopt;
