@@ -37,7 +37,9 @@ pid_t start(const std::vector<std::string>& arguments) {
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 /// Calls `attempt` until it gives something else than an empty text.
-template <class Attempt> std::string eventually(const std::string& what, Attempt attempt) {
+template <class Attempt>
+    requires(!std::is_invocable_r_v<bool, Attempt>)
+std::string eventually(const std::string& what, Attempt attempt) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (std::chrono::steady_clock::now() < deadline) {
         if (std::string result = attempt(); !result.empty()) return result;
@@ -53,25 +55,35 @@ std::string outputOf(const std::vector<std::string>& arguments) {
 
 } // namespace
 
-VirtualDesktop::VirtualDesktop() {
-    const std::string server = requiredProgram("Xvfb", "xvfb"), manager = requiredProgram("openbox", "openbox");
+void eventually(const std::string& what, const std::function<bool()>& condition) {
+    eventually(what, [&condition] { return std::string(condition() ? "yes" : ""); });
+}
+
+VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
+    const std::string server = requiredProgram("Xvfb", "xvfb");
     const std::string xdotool = requiredProgram("xdotool", "xdotool");
     // A number of our own: servers that look for a free one remove each other's sockets when they start at once.
     display_ = ":" + std::to_string(100 + ::getpid() % 50000);
-    servers_.push_back(start({server, display_, "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"}));
+    server_ = programs_.emplace_back(
+        start({server, display_, "-screen", "0", screen.format, "-nolisten", "tcp", "-noreset"}));
     setVariable("DISPLAY", display_);
     setVariable("HOME", folder_.path());
     setVariable("XDG_RUNTIME_DIR", folder_.path());
     setVariable("NO_AT_BRIDGE", "1");
     setVariable("GSETTINGS_BACKEND", "memory");
     eventually("the X server", [&] { return outputOf({xdotool, "getdisplaygeometry"}); });
-    servers_.push_back(start({manager}));
+    if (screen.hasWindowManager) {
+        programs_.push_back(start({requiredProgram("openbox", "openbox")}));
+        eventually("the window manager", [&] { return outputOf({xdotool, "get_desktop"}); });
+    }
 }
 
 VirtualDesktop::~VirtualDesktop() {
-    for (auto server = servers_.rbegin(); server != servers_.rend(); ++server) {
-        ::kill(*server, SIGTERM);
-        ::waitpid(*server, nullptr, 0);
+    for (auto program = programs_.rbegin(); program != programs_.rend(); ++program) {
+        ::kill(*program, SIGCONT);
+        // Only the server has something to clear away; a busy window manager would take its time.
+        ::kill(*program, *program == server_ ? SIGTERM : SIGKILL);
+        ::waitpid(*program, nullptr, 0);
     }
     for (const std::string& name : variables_) ::unsetenv(name.c_str());
 }
@@ -80,6 +92,29 @@ void VirtualDesktop::setVariable(const std::string& name, const std::string& val
     ::setenv(name.c_str(), value.c_str(), 1);
     variables_.push_back(name);
 }
+
+std::string VirtualDesktop::run(const std::string& program, const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{requiredProgram(program, "of that program")};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const auto result = runProgram(command);
+    if (!result || result->status != 0)
+        throw std::runtime_error(program + " failed: " + (result ? result->errors : "not started"));
+    return firstLine(result->output);
+}
+
+pid_t VirtualDesktop::launch(const std::string& program, const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{requiredProgram(program, "of that program")};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return programs_.emplace_back(start(command));
+}
+
+void VirtualDesktop::kill(pid_t program) {
+    std::erase(programs_, program);
+    ::kill(program, SIGKILL);
+    ::waitpid(program, nullptr, 0);
+}
+
+void VirtualDesktop::end() { kill(server_); }
 
 void VirtualDesktop::press(const std::string& title, const std::vector<std::string>& keys) {
     const std::string xdotool = "/usr/bin/xdotool";

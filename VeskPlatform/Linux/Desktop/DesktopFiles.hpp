@@ -22,9 +22,9 @@ struct DesktopFile {
 /// What a window tells about the program that it belongs to; each may be empty.
 struct WindowIdentity {
     /// The identifier itself, from programs that know it: `_GTK_APPLICATION_ID` on X11, `app_id` on Wayland.
-    std::string applicationId;
-    std::string className;
-    std::string instanceName;
+    std::string applicationId{};
+    std::string className{};
+    std::string instanceName{};
 };
 
 /// The programs that the desktop knows: desktop files in `applications` below XDG_DATA_HOME and each of XDG_DATA_DIRS

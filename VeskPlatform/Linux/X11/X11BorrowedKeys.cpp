@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/X11/X11BorrowedKeys.hpp"
 
+#include "VeskPlatform/Linux/X11/X11Keymap.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>
@@ -16,6 +17,13 @@ X11BorrowedKeys::~X11BorrowedKeys() {
         giveBack();
     } catch (const ErrorRecord&) { // without a display there is nothing to give back
     }
+}
+
+void X11BorrowedKeys::adoptKeymap(const X11Keymap& keymap) {
+    spare_ = keymap.spareKeys();
+    std::erase_if(loans_, [&](const Loan& loan) { return keymap.meaningOf(loan.meaning.key) != loan.meaning.symbol; });
+    keys_.clear();
+    for (const Loan& loan : loans_) keys_.insert(loan.meaning.key);
 }
 
 std::optional<xcb_keycode_t> X11BorrowedKeys::freeKey() const {

@@ -12,6 +12,8 @@
 
 namespace vesk {
 
+class X11Keymap;
+
 /// Keys without a meaning that are lent one for a while, for characters that the layout does not have. A program asks
 /// the server for the new meaning only when it comes to the key's event, so that a meaning lasts a while after its last
 /// use. All keys are given back at the end of this object, by a process of its own where this one is killed.
@@ -22,8 +24,8 @@ public:
     X11BorrowedKeys(const X11BorrowedKeys&) = delete;
     X11BorrowedKeys& operator=(const X11BorrowedKeys&) = delete;
 
-    /// The keys to choose from, in this order.
-    void setSpareKeys(std::vector<xcb_keycode_t> keys) { spare_ = std::move(keys); }
+    /// Told whenever the keys have got meanings from elsewhere: forgets those that have lost the lent one.
+    void adoptKeymap(const X11Keymap& keymap);
     const std::set<xcb_keycode_t>& keys() const { return keys_; }
     /// A key that means the symbol without Shift and `shifted` with it; the same where the symbol has no case. Waits
     /// while all keys were used a moment ago. None where there is no spare key.

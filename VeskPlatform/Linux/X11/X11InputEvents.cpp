@@ -125,6 +125,7 @@ void X11InputEvents::send(const KeyboardEvent& event) {
         return;
     }
     if (pressed_) release();
+    keyboard().refreshState();
     if (auto stroke = event.unit ? strokeOfUnit(*event.unit) : strokeOf(event)) press(std::move(*stroke));
 }
 
@@ -169,6 +170,7 @@ void X11InputEvents::release() {
     fake(XCB_KEY_RELEASE, up.stroke.key);
     for (const xcb_keycode_t key : std::views::reverse(up.stroke.modifiers)) fake(XCB_KEY_RELEASE, key);
     for (const xcb_keycode_t key : up.letGo) fake(XCB_KEY_PRESS, key);
+    keyboard().askState();
 }
 
 } // namespace vesk

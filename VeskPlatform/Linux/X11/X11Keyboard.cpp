@@ -1,12 +1,11 @@
 #include "VeskPlatform/Linux/X11/X11Keyboard.hpp"
 
+#include "VeskPlatform/Linux/X11/XcbKeyboard.hpp"
+
 #include <string_view>
 #include <utility>
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
-#define explicit explicitComponents // a field of xcb's has the name of a keyword
-#include <xcb/xkb.h>
-#undef explicit
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
@@ -32,11 +31,12 @@ std::int32_t testKeyboard(X11Connection& connection) {
             }
         }
     }
-    return XCB_XKB_ID_USE_CORE_KBD;
+    return xkb_x11_get_core_keyboard_device_id(connection.get());
 }
 
-void selectKeymapEvents(X11Connection& connection) {
-    static constexpr std::uint16_t kinds = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+void selectEvents(X11Connection& connection) {
+    static constexpr std::uint16_t kinds =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
     static constexpr std::uint16_t parts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS
                                            | XCB_XKB_MAP_PART_MODIFIER_MAP | XCB_XKB_MAP_PART_KEY_ACTIONS
                                            | XCB_XKB_MAP_PART_VIRTUAL_MODS | XCB_XKB_MAP_PART_VIRTUAL_MOD_MAP;
@@ -59,12 +59,19 @@ X11Keyboard::X11Keyboard(X11Connection& connection, std::string display)
     xkb_x11_setup_xkb_extension(connection_.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
                                 XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr);
     device_ = testKeyboard(connection_);
-    selectKeymapEvents(connection_);
-    connection_.listen([this](const xcb_generic_event_t& event) {
-        const auto* const extension = xcb_get_extension_data(connection_.get(), &xcb_xkb_id);
-        if (extension == nullptr || (event.response_type & 0x7F) != extension->first_event) return;
+    selectEvents(connection_);
+    connection_.listen([this](const xcb_generic_event_t& event) { note(event); });
+}
+
+void X11Keyboard::note(const xcb_generic_event_t& event) {
+    const auto* const extension = xcb_get_extension_data(connection_.get(), &xcb_xkb_id);
+    if (extension == nullptr || (event.response_type & 0x7F) != extension->first_event) return;
+    if (event.pad0 != XCB_XKB_STATE_NOTIFY) {
         if (!isOwnChange(event)) keymap_.reset();
-    });
+    } else if (event.full_sequence >= stateSequence_) {
+        const auto& change = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+        state_ = {{change.lockedMods, change.lockedGroup}, change.baseMods != 0 || change.baseGroup != 0};
+    }
 }
 
 /// Lending a key a meaning changes the table, too; but no key that is asked for there.
@@ -81,16 +88,24 @@ X11Keymap& X11Keyboard::keymap() {
     connection_.dispatchEvents();
     if (!keymap_) {
         keymap_ = std::make_unique<X11Keymap>(connection_, device_);
-        borrowed_.setSpareKeys(keymap_->spareKeys());
+        borrowed_.adoptKeymap(*keymap_);
     }
     return *keymap_;
 }
 
-X11Keyboard::State X11Keyboard::state() {
-    const auto answer =
-        connection_.answer<xcb_xkb_get_state_reply_t>(xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD));
-    if (!answer) return {};
-    return {{answer->lockedMods, answer->lockedGroup}, answer->baseMods != 0 || answer->baseGroup != 0};
+void X11Keyboard::askState() {
+    if (isStateAsked_) return;
+    stateSequence_ = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD).sequence;
+    isStateAsked_ = true;
+}
+
+/// The answer tells the state after our own last stroke; events tell what has changed since.
+void X11Keyboard::refreshState() {
+    askState();
+    isStateAsked_ = false;
+    const auto answer = connection_.answer<xcb_xkb_get_state_reply_t>(xcb_xkb_get_state_cookie_t{stateSequence_});
+    if (answer) state_ = {{answer->lockedMods, answer->lockedGroup}, answer->baseMods != 0 || answer->baseGroup != 0};
+    connection_.dispatchEvents();
 }
 
 std::optional<KeyStroke> X11Keyboard::borrowedStroke(xkb_keysym_t symbol, bool isCapsLocked) {
@@ -106,9 +121,7 @@ std::optional<KeyStroke> X11Keyboard::borrowedStroke(xkb_keysym_t symbol, bool i
 }
 
 std::optional<KeyStroke> X11Keyboard::strokeFor(char32_t character) {
-    X11Keymap& table = keymap();
-    state_ = state();
-    if (auto stroke = table.strokeFor(character, state_.locks, borrowed_.keys())) return stroke;
+    if (auto stroke = keymap().strokeFor(character, state_.locks, borrowed_.keys())) return stroke;
     const xkb_keysym_t symbol = xkb_utf32_to_keysym(character);
     if (symbol == XKB_KEY_NoSymbol) return std::nullopt;
     return borrowedStroke(symbol, (state_.locks.modifiers & XCB_MOD_MASK_LOCK) != 0);
@@ -118,7 +131,7 @@ std::optional<xcb_keycode_t> X11Keyboard::keyFor(xkb_keysym_t symbol) { return k
 
 std::vector<xcb_keycode_t> X11Keyboard::heldModifiers() {
     std::vector<xcb_keycode_t> held;
-    if (!state().isSomethingHeld) return held;
+    if (!state_.isSomethingHeld) return held;
     const auto keys = connection_.answer<xcb_query_keymap_reply_t>(xcb_query_keymap(connection_.get()));
     if (!keys) return held;
     for (const xcb_keycode_t key : keymap().heldModifiers())

@@ -16,6 +16,11 @@ class X11Keyboard {
 public:
     X11Keyboard(X11Connection& connection, std::string display);
 
+    /// Asks for the state ahead of its next use, so that nothing has to wait for the answer then.
+    void askState();
+    /// Brings the state up to date, for the functions below.
+    void refreshState();
+
     /// The stroke that types a character now; a key is borrowed where the layout has none for it. None where the
     /// character has no symbol, or no key is left.
     std::optional<KeyStroke> strokeFor(char32_t character);
@@ -31,7 +36,7 @@ private:
     };
 
     X11Keymap& keymap();
-    State state();
+    void note(const xcb_generic_event_t& event);
     bool isOwnChange(const xcb_generic_event_t& event) const;
     std::optional<KeyStroke> borrowedStroke(xkb_keysym_t symbol, bool isCapsLocked);
 
@@ -40,6 +45,9 @@ private:
     std::int32_t device_;
     std::unique_ptr<X11Keymap> keymap_;
     State state_;
+    /// Of the last question for the state; what events with a lower number tell is older.
+    std::uint32_t stateSequence_ = 0;
+    bool isStateAsked_ = false;
 };
 
 } // namespace vesk

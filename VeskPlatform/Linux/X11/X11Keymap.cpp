@@ -103,6 +103,12 @@ std::optional<xcb_keycode_t> X11Keymap::keyFor(xkb_keysym_t symbol) const {
     return std::nullopt;
 }
 
+xkb_keysym_t X11Keymap::meaningOf(xcb_keycode_t key) const {
+    const xkb_keysym_t* symbols = nullptr;
+    const int count = xkb_keymap_key_get_syms_by_level(keymap_.get(), key, 0, 0, &symbols);
+    return count == 1 ? symbols[0] : static_cast<xkb_keysym_t>(XKB_KEY_NoSymbol);
+}
+
 bool X11Keymap::meansNothing(xcb_keycode_t key) const {
     for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts_for_key(keymap_.get(), key); ++layout) {
         for (xkb_level_index_t level = 0; level < xkb_keymap_num_levels_for_key(keymap_.get(), key, layout); ++level) {

@@ -49,6 +49,8 @@ public:
                                        const std::set<xcb_keycode_t>& exceptions);
     /// The key that means a symbol by itself, in whichever layout.
     std::optional<xcb_keycode_t> keyFor(xkb_keysym_t symbol) const;
+    /// The symbol of a key by itself in its first layout; none where it means nothing.
+    xkb_keysym_t meaningOf(xcb_keycode_t key) const;
     /// Keys that do something only while they are held.
     const std::set<xcb_keycode_t>& heldModifiers() const { return heldModifiers_; }
     /// Keys that mean nothing, the highest first.
