@@ -3,6 +3,7 @@
 #include "VeskPlatform/Linux/Accessibility/AtspiNames.hpp"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -60,7 +61,8 @@ Value identifierValue(const AtspiElement&, const AtspiFacts& facts) {
 }
 
 Value placeholder(const AtspiElement&, const AtspiFacts& facts) {
-    return textValue(attributeOf(facts, {"placeholder-text", "placeholder"}));
+    const auto own = attributeOf(facts, {"placeholder-text", "placeholder"});
+    return textValue(!own && facts.isNamedByPlaceholder() ? facts.name : own);
 }
 
 /// 1 for yes, 0 for no, 2 for partly.
@@ -94,9 +96,12 @@ Value focused(const AtspiElement&, const AtspiFacts& facts) {
     return facts.states ? valueOf(facts.has(ATSPI_STATE_FOCUSED)) : std::nullopt;
 }
 
-/// Toolkits give negative sizes for what is not on the screen.
+/// Toolkits give negative sizes, or the least of all places, for what is not on the screen.
 std::optional<AtspiExtents> shownExtents(const AtspiFacts& facts) {
-    const bool isShown = facts.extents && facts.extents->width >= 0 && facts.extents->height >= 0;
+    constexpr std::int32_t nowhere = std::numeric_limits<std::int32_t>::min();
+    if (!facts.extents) return std::nullopt;
+    const auto [x, y, width, height] = *facts.extents;
+    const bool isShown = width >= 0 && height >= 0 && x != nowhere && y != nowhere;
     return isShown ? facts.extents : std::nullopt;
 }
 

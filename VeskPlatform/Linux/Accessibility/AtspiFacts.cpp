@@ -15,6 +15,11 @@ bool AtspiFacts::hasText() const {
     return ax && (holdsText(*ax) || has(ATSPI_STATE_EDITABLE));
 }
 
+bool AtspiFacts::isNamedByPlaceholder() const {
+    const auto found = attributes.find("name-from");
+    return found != attributes.end() && found->second == "placeholder";
+}
+
 AtspiElementHandle AtspiFacts::activeChild() const {
     if (!children) return nullptr;
     const auto isActive = [](const AtspiChild& child) { return child.states.has(ATSPI_STATE_ACTIVE); };

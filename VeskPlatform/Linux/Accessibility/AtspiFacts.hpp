@@ -22,7 +22,7 @@ enum class AtspiFact {
     identifier,
     roleName,
     extents,
-    /// Of elements with text.
+    /// Of elements with text; where they say that the name is the placeholder, the name too.
     attributes,
     /// Of elements whose value may be changed.
     interfaces,
@@ -86,6 +86,8 @@ struct AtspiFacts {
     bool isSecret() const;
     /// Whether its value is text.
     bool hasText() const;
+    /// Whether its name is its placeholder, for want of another; browsers do that and tell no placeholder then.
+    bool isNamedByPlaceholder() const;
     /// The child that says it is active; null where none does.
     AtspiElementHandle activeChild() const;
 };

@@ -77,9 +77,7 @@ void AtspiGathering::askByRole(const Subject& subject, AtspiFactSet wanted) {
     AtspiFacts& facts = subject.facts;
     const BusObject object = subject.object(atspi::accessible);
     const AxRole ax = facts.axRole().value_or(AxRole{});
-    if (wanted.has(AtspiFact::attributes) && facts.hasText())
-        calls_.add(object, "GetAttributes",
-                   [&facts](sd_bus_message& answer) { facts.attributes = readAttributes(answer); });
+    if (wanted.has(AtspiFact::attributes) && facts.hasText()) askAttributes(subject);
     if (wanted.has(AtspiFact::interfaces) && (facts.has(ATSPI_STATE_EDITABLE) || takesNumber(ax)))
         calls_.add(object, "GetInterfaces", [&facts](sd_bus_message& answer) { facts.interfaces = readNames(answer); });
     if (wanted.has(AtspiFact::text) && facts.hasText() && !facts.isSecret()) askText(subject);
@@ -88,6 +86,14 @@ void AtspiGathering::askByRole(const Subject& subject, AtspiFactSet wanted) {
         calls_.addProperty(subject.object(atspi::value), "CurrentValue", "d",
                            [&facts](sd_bus_message& answer) { facts.number = readReal(answer); });
     if (wanted.has(AtspiFact::children)) askChildren(subject, wanted);
+}
+
+void AtspiGathering::askAttributes(const Subject& subject) {
+    const BusObject object = subject.object(atspi::accessible);
+    calls_.add(object, "GetAttributes", [this, object, &facts = subject.facts](sd_bus_message& answer) {
+        facts.attributes = readAttributes(answer);
+        if (facts.isNamedByPlaceholder() && !facts.name) calls_.addProperty(object, "Name", "s", takeText(facts.name));
+    });
 }
 
 /// The length first, since not every toolkit takes an end past the text's.
@@ -117,8 +123,9 @@ void AtspiGathering::askSelection(const Subject& subject) {
 void AtspiGathering::askChildren(const Subject& subject, AtspiFactSet wanted) {
     const BusObject object = subject.object(atspi::accessible);
     auto takeAll = [this, subject, wanted](sd_bus_message& answer) {
+        std::vector<AtspiReference> references = readReferences(answer);
         auto& children = subject.facts.children.emplace();
-        for (AtspiReference& reference : readReferences(answer))
+        for (AtspiReference& reference : references)
             children.push_back({.element = elements_.below(subject.element, std::move(reference))});
         for (std::size_t i = 0; i < children.size(); ++i) askAboutChild(subject, wanted, i);
     };

@@ -10,8 +10,8 @@
 namespace vesk {
 
 /// Finds out about many elements at once: what does not depend on other answers is asked for at the same time, so that
-/// a window of hundreds of elements costs a few round trips. (libatspi waits for the answer to each question: measured,
-/// a walk over 500 elements takes it several times as long.)
+/// a window of hundreds of elements costs a few round trips. (libatspi waits for the answer to each question: measured
+/// over the 500 elements of a Qt window, 260 ms against 80.)
 class AtspiGathering {
 public:
     /// Asks until the deadline; what is not answered by then is not there.
@@ -20,9 +20,6 @@ public:
 
     /// One for each element, in their order. An element that is not on the bus, or says that it is defunct, has none.
     std::vector<AtspiFacts> gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted);
-
-    /// How many questions were asked.
-    std::size_t count() const { return calls_.count(); }
 
 private:
     struct Subject {
@@ -36,6 +33,7 @@ private:
 
     void askWhatStandsAlone(const Subject& subject, AtspiFactSet wanted);
     void askByRole(const Subject& subject, AtspiFactSet wanted);
+    void askAttributes(const Subject& subject);
     void askText(const Subject& subject);
     void askSelection(const Subject& subject);
     void askChildren(const Subject& subject, AtspiFactSet wanted);

@@ -64,6 +64,40 @@ private:
     std::set<AtspiApplication*> applications_;
 };
 
+/// The applications on the bus that are connections of this process.
+std::vector<AtspiReference> askForApplications(BusCalls& calls, std::int32_t processIdentifier,
+                                               steady_clock::time_point deadline) {
+    std::vector<AtspiReference> applications;
+    auto askForProcess = [&calls, &applications, processIdentifier](const AtspiReference& reference) {
+        auto take = [&applications, processIdentifier, reference](sd_bus_message& answer) {
+            if (readInteger(answer, 'u') == processIdentifier) applications.push_back(reference);
+        };
+        calls.add({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"},
+                  "GetConnectionUnixProcessID", std::move(take), "s", reference.service.c_str());
+    };
+    auto takeAll = [&askForProcess](sd_bus_message& answer) {
+        for (const AtspiReference& reference : readReferences(answer)) askForProcess(reference);
+    };
+    calls.add({atspi::registryService, atspi::rootPath, atspi::accessible}, "GetChildren", std::move(takeAll));
+    calls.finish(deadline);
+    return applications;
+}
+
+/// Of several, since a browser, for one, may come onto the bus more than once; the first where none has any.
+AtspiReference applicationWithWindows(BusCalls& calls, const std::vector<AtspiReference>& applications,
+                                      steady_clock::time_point deadline) {
+    if (applications.empty()) return {};
+    if (applications.size() == 1) return applications.front();
+    std::vector<std::int64_t> counts(applications.size());
+    for (std::size_t i = 0; i < applications.size(); ++i)
+        calls.addProperty({applications[i].service, applications[i].path, atspi::accessible}, "ChildCount", "i",
+                          [&count = counts[i]](sd_bus_message& answer) { count = readInteger(answer, 'i'); });
+    calls.finish(deadline);
+    const auto found = std::ranges::find_if(counts, [](std::int64_t count) { return count > 0; });
+    return found == counts.end() ? applications.front()
+                                 : applications[static_cast<std::size_t>(found - counts.begin())];
+}
+
 } // namespace
 
 AtspiTree::AtspiTree(const std::string& address, std::function<void(const std::string& message)> log,
@@ -72,53 +106,22 @@ AtspiTree::AtspiTree(const std::string& address, std::function<void(const std::s
 
 Task<AccessibilityElementHandle> AtspiTree::applicationElement(std::int32_t processIdentifier) {
     const auto start = steady_clock::now();
-    AtspiReference reference = applicationWithWindows(applicationsOf(processIdentifier));
+    BusCalls calls(bus_);
+    const std::vector<AtspiReference> applications =
+        askForApplications(calls, processIdentifier, start + patience_.bus);
+    AtspiReference reference = applicationWithWindows(calls, applications, start + patience_.bus);
     // A process without elements still has a root, which has nothing.
     if (!reference.isElement()) reference = {"", "process " + std::to_string(processIdentifier)};
-    note("application", 0, start);
     co_return elements_.application(std::move(reference), patience_.application);
 }
 
-std::vector<AtspiReference> AtspiTree::applicationsOf(std::int32_t processIdentifier) {
-    const auto deadline = steady_clock::now() + patience_.bus;
-    BusCalls calls(bus_);
-    std::vector<AtspiReference> applications;
-    auto takeProcess = [&applications, processIdentifier](const AtspiReference& reference, sd_bus_message& answer) {
-        if (readInteger(answer, 'u') == processIdentifier) applications.push_back(reference);
-    };
-    auto takeApplications = [&calls, &takeProcess](sd_bus_message& answer) {
-        for (const AtspiReference& reference : readReferences(answer))
-            calls.add(
-                {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"}, "GetConnectionUnixProcessID",
-                [&takeProcess, reference](sd_bus_message& pid) { takeProcess(reference, pid); }, "s",
-                reference.service.c_str());
-    };
-    calls.add({atspi::registryService, atspi::rootPath, atspi::accessible}, "GetChildren", takeApplications);
-    calls.finish(deadline);
-    return applications;
-}
-
-/// The first where none has any: a browser, for one, may come onto the bus several times.
-AtspiReference AtspiTree::applicationWithWindows(std::vector<AtspiReference> applications) {
-    if (applications.size() <= 1) return applications.empty() ? AtspiReference{} : std::move(applications.front());
-    const auto deadline = steady_clock::now() + patience_.application;
-    BusCalls calls(bus_);
-    std::vector<std::int64_t> counts(applications.size());
-    for (std::size_t i = 0; i < applications.size(); ++i)
-        calls.addProperty({applications[i].service, applications[i].path, atspi::accessible}, "ChildCount", "i",
-                          [&count = counts[i]](sd_bus_message& answer) { count = readInteger(answer, 'i'); });
-    calls.finish(deadline);
-    const auto found = std::ranges::find_if(counts, [](std::int64_t count) { return count > 0; });
-    const auto index = found == counts.end() ? 0 : std::distance(counts.begin(), found);
-    return std::move(applications[static_cast<std::size_t>(index)]);
-}
-
 std::vector<AtspiFacts> AtspiTree::gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted) {
-    const auto start = steady_clock::now();
-    const PatienceWatch watch(elements);
-    AtspiGathering gathering(bus_, elements_, watch.deadline());
-    std::vector<AtspiFacts> facts = gathering.gather(elements, wanted);
-    note("read", gathering.count(), start);
+    std::vector<AtspiFacts> facts;
+    {
+        const PatienceWatch watch(elements);
+        facts = AtspiGathering(bus_, elements_, watch.deadline()).gather(elements, wanted);
+    }
+    noteSilence(elements);
     return facts;
 }
 
@@ -146,7 +149,6 @@ Task<bool> AtspiTree::setValue(AccessibilityElementHandle element, std::string a
     const auto number = takesNumber(facts) ? numberOf(text) : std::nullopt;
     if (!number && !takesText(facts)) co_return false;
 
-    const PatienceWatch watch(asked);
     const AtspiReference& reference = asked.front()->reference;
     BusCalls calls(bus_);
     bool accepted = false;
@@ -158,15 +160,17 @@ Task<bool> AtspiTree::setValue(AccessibilityElementHandle element, std::string a
         calls.add(
             {reference.service, reference.path, atspi::editableText}, "SetTextContents",
             [&accepted](sd_bus_message& answer) { accepted = readAcceptance(answer); }, "s", text.c_str());
-    calls.finish(watch.deadline());
+    {
+        const PatienceWatch watch(asked);
+        calls.finish(watch.deadline());
+    }
+    noteSilence(asked);
     co_return accepted;
 }
 
-void AtspiTree::note(const char* request, std::size_t calls, steady_clock::time_point start) const {
-    if (!log_) return;
-    const auto spent = std::chrono::duration_cast<std::chrono::microseconds>(steady_clock::now() - start);
-    log_(std::string("accessibility request=") + request + " calls=" + std::to_string(calls)
-         + " us=" + std::to_string(spent.count()));
+/// Once for each application, since it is not asked again.
+void AtspiTree::noteSilence(const std::vector<AtspiElementHandle>& elements) const {
+    if (log_ && !std::ranges::all_of(elements, hasPatience)) log_("accessibility application unanswered");
 }
 
 } // namespace vesk

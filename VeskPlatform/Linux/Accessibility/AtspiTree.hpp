@@ -28,8 +28,8 @@ struct AtspiPatience {
 /// own, it may not be found.
 class AtspiTree : public AccessibilityTree {
 public:
-    /// `address` is that of the accessibility bus. Throws BusError where it cannot be reached. The log gets a line for
-    /// each request, with the number of calls that it took.
+    /// `address` is that of the accessibility bus. Throws BusError where it cannot be reached. The log is told of an
+    /// application that does not answer.
     AtspiTree(const std::string& address, std::function<void(const std::string& message)> log,
               const AtspiPatience& patience = {});
 
@@ -40,10 +40,8 @@ public:
     Task<bool> setValue(AccessibilityElementHandle element, std::string attribute, std::string text) override;
 
 private:
-    std::vector<AtspiReference> applicationsOf(std::int32_t processIdentifier);
-    AtspiReference applicationWithWindows(std::vector<AtspiReference> applications);
     std::vector<AtspiFacts> gather(const std::vector<AtspiElementHandle>& elements, AtspiFactSet wanted);
-    void note(const char* request, std::size_t calls, std::chrono::steady_clock::time_point start) const;
+    void noteSilence(const std::vector<AtspiElementHandle>& elements) const;
 
     std::function<void(const std::string& message)> log_;
     AtspiPatience patience_;

@@ -10,8 +10,9 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// Buses limit how many answers one connection may wait for; this is far below, and enough to keep a service busy.
-constexpr std::size_t mostUnderway = 256;
+/// A bus fails calls of a connection that waits for more answers than its configuration allows: 128 where nothing else
+/// is said. This is below, and enough to keep a service busy.
+constexpr std::size_t mostUnderway = 100;
 
 std::uint64_t microsecondsUntil(steady_clock::time_point deadline) {
     const auto left = std::chrono::duration_cast<std::chrono::microseconds>(deadline - steady_clock::now());

@@ -37,8 +37,6 @@ public:
     /// Returns when each call has its answer or will have none, or at the deadline, after which answers are dropped.
     void finish(std::chrono::steady_clock::time_point deadline);
 
-    std::size_t count() const { return calls_.size(); }
-
 private:
     struct ReleaseSlot {
         void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
