@@ -15,6 +15,7 @@ from pathlib import Path
 
 import calendars
 import contacts
+import desktop
 import mail
 import micro
 import start
@@ -22,7 +23,8 @@ import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
-SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail}
+SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
+            "desktop": desktop}
 
 
 def parsed_arguments():
