@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -55,8 +56,10 @@ VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
     setVariable("GSETTINGS_BACKEND", "memory");
     eventually("the X server", [&] { return outputOf({xdotool, "getdisplaygeometry"}); });
     if (screen.hasWindowManager) {
-        programs_.push_back(startInBackground({requiredProgram("openbox", "openbox")}));
-        eventually("the window manager", [&] { return outputOf({xdotool, "get_desktop"}); });
+        // Windows that come before it has begun get no focus.
+        const std::string ready = folder_ / "managed";
+        programs_.push_back(startInBackground({requiredProgram("openbox", "openbox"), "--startup", "touch " + ready}));
+        eventually("the window manager", [&] { return std::filesystem::exists(ready); });
     }
 }
 

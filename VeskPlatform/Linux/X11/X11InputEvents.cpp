@@ -85,14 +85,13 @@ void X11InputEvents::send(const MouseEvent& event) {
     fake(isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, event.button == 0 ? 1 : 3);
 }
 
+/// A unit is typed whole with its first event: the server is woken once for it, and no letter can stay down.
 void X11InputEvents::send(const KeyboardEvent& event) {
-    if (!event.keyDown) {
-        if (pressed_) release();
-        return;
-    }
     if (pressed_) release();
+    if (!event.keyDown) return;
     keyboard().refreshState();
     if (auto stroke = event.unit ? strokeOfUnit(*event.unit) : strokeOf(event)) press(std::move(*stroke));
+    if (pressed_ && event.unit) release();
 }
 
 std::optional<KeyStroke> X11InputEvents::strokeOf(const KeyboardEvent& event) {
@@ -135,7 +134,7 @@ void X11InputEvents::release() {
     fake(XCB_KEY_RELEASE, up.stroke.key);
     for (const xcb_keycode_t key : std::views::reverse(up.stroke.modifiers)) fake(XCB_KEY_RELEASE, key);
     for (const xcb_keycode_t key : up.letGo) fake(XCB_KEY_PRESS, key);
-    keyboard().askState();
+    if (!up.stroke.modifiers.empty() || !up.letGo.empty()) keyboard().askState();
 }
 
 } // namespace vesk
