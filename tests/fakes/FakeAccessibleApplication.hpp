@@ -227,7 +227,9 @@ private:
         if (is(call, "org.a11y.atspi.Text", "GetText", "ii")) {
             std::int32_t start = 0, end = 0;
             sd_bus_message_read(&call, "ii", &start, &end);
-            if (start < 0 || end < start || end > std::ssize(*object.text))
+            if (end == -1) end = static_cast<std::int32_t>(object.text->size()); // toolkits take it for the end
+            start = std::max(start, 0);
+            if (end < start || end > std::ssize(*object.text))
                 return fail(call, "org.freedesktop.DBus.Error.InvalidArgs", "outside of the text");
             const std::string part =
                 object.text->substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));

@@ -66,6 +66,15 @@ protected:
         const auto found = answer.values.find(attribute);
         return found == answer.values.end() ? nullptr : std::get<AccessibilityElementHandle>(found->second.value);
     }
+    static AccessibilityQuery everything() {
+        return {{"AXRole", "AXTitle", "AXValue", "AXSize", "AXChildren", "AXFocusedUIElement", "AXFocusedWindow"},
+                {"AXValue"}};
+    }
+    static std::vector<std::string> pathsOf(const std::vector<AccessibilityElementHandle>& handles) {
+        std::vector<std::string> paths;
+        for (const AccessibilityElementHandle& handle : handles) paths.push_back(pathOf(handle));
+        return paths;
+    }
     static std::string pathOf(const AccessibilityElementHandle& element) {
         return element ? dynamic_cast<const AtspiElement&>(*element).reference.path : "none";
     }
