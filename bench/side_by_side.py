@@ -15,6 +15,7 @@ from pathlib import Path
 
 import calendars
 import contacts
+import desktop
 import desktop_focus
 import mail
 import micro
@@ -24,7 +25,7 @@ import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
 SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
-            "desktop_focus": desktop_focus}
+            "desktop": desktop, "desktop_focus": desktop_focus}
 
 
 def parsed_arguments():

@@ -99,6 +99,7 @@ private:
                 return fail(call, "org.freedesktop.DBus.Error.AccessDenied", "Invalid session");
         BusProperties options = readProperties(call);
         const std::string token = take(options, "handle_token");
+        if (!tokens_.insert(token).second) return fail(call, "org.freedesktop.DBus.Error.Failed", "Used before");
         const std::string handle = pathOf(call, "request", namesRequestsItself ? "t0" : token);
         if (method == "CreateSession") session_ = pathOf(call, "session", take(options, "session_handle_token"));
         calls_.push_back(method + described(options));
@@ -174,6 +175,7 @@ private:
     }
 
     std::vector<std::string> calls_;
+    std::set<std::string> tokens_;
     std::string session_;
 };
 

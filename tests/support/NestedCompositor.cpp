@@ -1,11 +1,10 @@
 #include "tests/support/NestedCompositor.hpp"
 
-#include "VeskPlatform/Linux/ChildProcess.hpp"
+#include "tests/support/BackgroundPrograms.hpp"
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <poll.h>
 #include <stdexcept>
@@ -17,24 +16,6 @@ namespace {
 
 constexpr std::chrono::seconds patience{15};
 constexpr const char* outerDisplay = "vesk-outer";
-
-std::string requiredProgram(const std::string& name, const std::string& package) {
-    const auto path = installedProgram(name);
-    if (!path) throw std::runtime_error(name + " is not installed: apt install " + package);
-    return *path;
-}
-
-pid_t startQuietly(std::vector<std::string> arguments) {
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
-    const pid_t child = ::fork();
-    if (child != 0) return child;
-    const int null = ::open("/dev/null", O_RDWR);
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
-    ::execv(pointers[0], pointers.data());
-    ::_exit(127);
-}
 
 } // namespace
 
@@ -73,10 +54,13 @@ void NestedCompositor::start(const std::vector<std::string>& arguments, const st
 }
 
 void NestedCompositor::startServer(const std::vector<std::string>& arguments, const std::string& socket) {
-    servers_.push_back(startQuietly(arguments));
+    servers_.push_back(startInBackground(arguments));
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!std::filesystem::exists(socket)) {
-        if (std::chrono::steady_clock::now() > deadline) throw std::runtime_error(arguments[0] + " does not start");
+        if (std::chrono::steady_clock::now() > deadline) {
+            stop();
+            throw std::runtime_error(arguments[0] + " does not start");
+        }
         ::poll(nullptr, 0, 5); // it tells nobody when it is ready
     }
 }

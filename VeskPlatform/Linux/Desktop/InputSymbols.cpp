@@ -52,8 +52,12 @@ std::vector<xkb_keysym_t> symbolsOfModifiers(std::uint32_t flags) {
     return symbols;
 }
 
+std::optional<xkb_keysym_t> symbolOfControlCharacter(char32_t character) {
+    return symbolIn(controlCharacters, character);
+}
+
 std::optional<xkb_keysym_t> symbolOfCharacter(char32_t character) {
-    if (const auto key = symbolIn(controlCharacters, character)) return key;
+    if (const auto key = symbolOfControlCharacter(character)) return key;
     if (character < 0x20) return std::nullopt;
     const xkb_keysym_t symbol = xkb_utf32_to_keysym(character);
     return symbol == XKB_KEY_NoSymbol ? std::nullopt : std::optional(symbol);

@@ -105,21 +105,19 @@ public:
 
     std::vector<OutputPlace> outputs() {
         connection_.roundtrip();
-        if (askForPlaces() || std::exchange(hasNewOutputs_, false)) connection_.roundtrip();
+        if (std::exchange(hasNewOutputs_, false)) {
+            askForPlaces();
+            connection_.roundtrip();
+        }
         std::vector<OutputPlace> places;
         for (const auto& [name, output] : outputs_) places.push_back({name, output->bounds()});
         return places;
     }
 
 private:
-    bool askForPlaces() {
-        bool asked = false;
-        for (const auto& [name, output] : outputs_) {
-            if (!manager_ || output->hasPlace()) continue;
-            output->askForPlace(*manager_);
-            asked = true;
-        }
-        return asked;
+    void askForPlaces() {
+        for (const auto& [name, output] : outputs_)
+            if (manager_ && !output->hasPlace()) output->askForPlace(*manager_);
     }
 
     static Registry& self(void* data) { return *static_cast<Registry*>(data); }

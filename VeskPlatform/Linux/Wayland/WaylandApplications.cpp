@@ -1,23 +1,16 @@
 #include "VeskPlatform/Linux/Wayland/WaylandApplications.hpp"
 
 #include "VeskPlatform/Linux/Bus/SessionBus.hpp"
+#include "VeskPlatform/Linux/Desktop/ProcessName.hpp"
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 
 namespace vesk {
 namespace {
 
 /// For a program that hangs; others answer within a millisecond.
 constexpr std::chrono::milliseconds patience{1'000};
-
-std::string processName(std::int32_t processIdentifier) {
-    std::ifstream file("/proc/" + std::to_string(processIdentifier) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
-}
 
 /// Where a program of that identifier serves its own interface.
 std::string objectPath(const std::string& identifier) {

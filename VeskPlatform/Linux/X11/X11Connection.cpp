@@ -117,11 +117,17 @@ bool X11Connection::succeeded(xcb_void_cookie_t cookie) {
     return refusal == nullptr;
 }
 
+void X11Connection::handOut(const xcb_generic_event_t& event) const {
+    for (const EventListener& listener : listeners_) listener(event);
+}
+
 void X11Connection::dispatchEvents() {
-    while (const XcbMemory<xcb_generic_event_t> event{xcb_poll_for_event(get())}) {
-        for (const EventListener& listener : listeners_) listener(*event);
-    }
+    while (const XcbMemory<xcb_generic_event_t> event{xcb_poll_for_event(get())}) handOut(*event);
     requireAlive();
+}
+
+void X11Connection::dispatchKnownEvents() {
+    while (const XcbMemory<xcb_generic_event_t> event{xcb_poll_for_queued_event(get())}) handOut(*event);
 }
 
 bool X11Connection::dispatchUntil(const std::function<bool()>& condition) {

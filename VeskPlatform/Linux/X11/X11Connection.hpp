@@ -47,6 +47,8 @@ public:
     void listen(EventListener listener) { listeners_.push_back(std::move(listener)); }
     /// Hands the events that have come to the listeners.
     void dispatchEvents();
+    /// The same for those that came along with answers, which costs no look at the connection.
+    void dispatchKnownEvents();
     /// The same, until the condition holds; false where it did not within the patience.
     bool dispatchUntil(const std::function<bool()>& condition);
 
@@ -61,6 +63,7 @@ private:
     void* waitFor(unsigned int sequence);
     bool waitForBytes(Deadline deadline) const;
     void requireAlive() const;
+    void handOut(const xcb_generic_event_t& event) const;
     [[noreturn]] void throwSilent() const;
 
     std::string display_;

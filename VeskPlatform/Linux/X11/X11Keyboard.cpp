@@ -60,6 +60,7 @@ X11Keyboard::X11Keyboard(X11Connection& connection, std::string display)
                                 XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr);
     device_ = testKeyboard(connection_);
     selectEvents(connection_);
+    askState();
     connection_.listen([this](const xcb_generic_event_t& event) { note(event); });
 }
 
@@ -85,7 +86,6 @@ bool X11Keyboard::isOwnChange(const xcb_generic_event_t& event) const {
 }
 
 X11Keymap& X11Keyboard::keymap() {
-    connection_.dispatchEvents();
     if (!keymap_) {
         keymap_ = std::make_unique<X11Keymap>(connection_, device_);
         borrowed_.adoptKeymap(*keymap_);
@@ -99,13 +99,12 @@ void X11Keyboard::askState() {
     isStateAsked_ = true;
 }
 
-/// The answer tells the state after our own last stroke; events tell what has changed since.
+/// An answer tells the state as it was after our own last stroke; events tell what has changed since.
 void X11Keyboard::refreshState() {
-    askState();
-    isStateAsked_ = false;
+    if (!std::exchange(isStateAsked_, false)) return connection_.dispatchEvents();
     const auto answer = connection_.answer<xcb_xkb_get_state_reply_t>(xcb_xkb_get_state_cookie_t{stateSequence_});
     if (answer) state_ = {{answer->lockedMods, answer->lockedGroup}, answer->baseMods != 0 || answer->baseGroup != 0};
-    connection_.dispatchEvents();
+    connection_.dispatchKnownEvents(); // reading the answer has read them, too
 }
 
 std::optional<KeyStroke> X11Keyboard::borrowedStroke(xkb_keysym_t symbol, bool isCapsLocked) {

@@ -16,7 +16,8 @@ class X11Keyboard {
 public:
     X11Keyboard(X11Connection& connection, std::string display);
 
-    /// Asks for the state ahead of its next use, so that nothing has to wait for the answer then.
+    /// To be called after our own keys have changed the state for a while, or events of that time would pass for the
+    /// user's doing. Asks ahead of the next use, so that nothing has to wait for the answer then.
     void askState();
     /// Brings the state up to date, for the functions below.
     void refreshState();

@@ -20,6 +20,12 @@ TEST(InputSymbols, ModifiersHaveAnOrder) {
     EXPECT_EQ(symbolsOfModifiers(0x1E0000), (std::vector<xkb_keysym_t>{0xFFE3, 0xFFE9, 0xFFE1, 0xFFEB}));
 }
 
+TEST(InputSymbols, OnlySomeControlCharactersAreKeys) {
+    EXPECT_EQ(symbolOfControlCharacter(U'\n'), 0xFF0DU);
+    EXPECT_EQ(symbolOfControlCharacter(U'\x01'), std::nullopt);
+    EXPECT_EQ(symbolOfControlCharacter(U'a'), std::nullopt);
+}
+
 TEST(InputSymbols, CharactersAreTypedByTheSymbolThatLayoutsHave) {
     const std::pair<char32_t, std::optional<xkb_keysym_t>> cases[] = {
         {U'a', 0x61},

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Wayland/OutputLayout.hpp"
 
+#include "tests/fakes/FakeCompositor.hpp"
 #include "tests/support/NestedCompositor.hpp"
 
 #include <algorithm>
@@ -57,12 +58,53 @@ TEST(OutputLayout, APlaceIsTheLogicalOneOrElseWhatTheMonitorTells) {
     for (const Case& expected : cases) EXPECT_EQ(placeOf(expected.facts), expected.place) << expected.name;
 }
 
+std::vector<ScreenRectangle> boundsOf(OutputLayout& layout) {
+    std::vector<ScreenRectangle> bounds;
+    for (const OutputPlace& place : layout.outputs()) bounds.push_back(place.bounds);
+    return bounds;
+}
+
+/// One and a half pixels to a point, which only xdg-output can say.
+const FakeMonitor scaled{.position = {0, 0},
+                         .mode = {1200, 900},
+                         .scale = 2,
+                         .transform = WL_OUTPUT_TRANSFORM_NORMAL,
+                         .logicalPosition = {-800, 5},
+                         .logicalSize = {800, 600}};
+
+TEST(OutputLayout, ThePlacesAreThoseOfXdgOutput) {
+    FakeCompositor compositor;
+    compositor.plug("a", scaled);
+    WaylandConnection connection(compositor.display(), patience);
+    OutputLayout layout(connection);
+    EXPECT_EQ(boundsOf(layout), (std::vector<ScreenRectangle>{{-800, 5, 800, 600}}));
+}
+
+TEST(OutputLayout, WithoutXdgOutputTheyAreThoseOfTheMonitors) {
+    FakeCompositor compositor(false);
+    compositor.plug("a", scaled);
+    WaylandConnection connection(compositor.display(), patience);
+    OutputLayout layout(connection);
+    EXPECT_EQ(boundsOf(layout), (std::vector<ScreenRectangle>{{0, 0, 600, 450}}));
+}
+
+TEST(OutputLayout, MonitorsComeAndGo) {
+    FakeCompositor compositor;
+    WaylandConnection connection(compositor.display(), patience);
+    OutputLayout layout(connection);
+    EXPECT_EQ(layout.outputs(), std::vector<OutputPlace>{});
+    compositor.plug("a", scaled);
+    compositor.plug("b", FakeMonitor{});
+    EXPECT_EQ(boundsOf(layout), (std::vector<ScreenRectangle>{{-800, 5, 800, 600}, {0, 0, 800, 600}}));
+    compositor.unplug("a");
+    EXPECT_EQ(boundsOf(layout), (std::vector<ScreenRectangle>{{0, 0, 800, 600}}));
+}
+
 TEST(OutputLayout, MonitorsHaveTheirPlacesInPoints) {
     const NestedCompositor compositor(monitors);
     WaylandConnection connection(NestedCompositor::display, patience);
     OutputLayout layout(connection);
-    std::vector<ScreenRectangle> bounds;
-    for (const OutputPlace& place : layout.outputs()) bounds.push_back(place.bounds);
+    std::vector<ScreenRectangle> bounds = boundsOf(layout);
     std::ranges::sort(bounds, {}, &ScreenRectangle::x);
     EXPECT_EQ(bounds, (std::vector<ScreenRectangle>{{0, 0, 800, 600}, {800, 0, 800, 1200}}));
     EXPECT_EQ(layout.outputs(), layout.outputs());

@@ -33,7 +33,7 @@ private:
     std::vector<std::string> paths_;
 };
 
-/// "Letters" with a window in the background, then "org.example.Mail" with two, of which one is active. The desktop
+/// "Letters" with a window in the background, then "org.example.Mail" with three, of which one is active. The desktop
 /// knows only the second one, as "Mail".
 class WaylandApplicationsTests : public ::testing::Test {
 protected:
@@ -57,6 +57,7 @@ protected:
         mail.objects[root].name = "org.example.Mail";
         mail.add(root, "/1", ATSPI_ROLE_FRAME, {ATSPI_STATE_VISIBLE});
         mail.add(root, "/2", ATSPI_ROLE_FRAME, {ATSPI_STATE_VISIBLE, ATSPI_STATE_ACTIVE});
+        mail.add(root, "/3", ATSPI_ROLE_FRAME, {ATSPI_STATE_VISIBLE});
         for (FakeAccessibleApplication* application : {&registry, &letters, &mail})
             application->serveAt(accessibility.address());
     }
@@ -83,6 +84,12 @@ TEST_F(WaylandApplicationsTests, TheOneWithTheActiveWindowIsInFront) {
     EXPECT_EQ(applications.frontmost(), std::nullopt);
     letters.change([&] { letters.objects["/1"].states = {ATSPI_STATE_ACTIVE}; });
     EXPECT_EQ(applications.frontmost()->localizedName, "Letters");
+}
+
+TEST_F(WaylandApplicationsTests, AProgramIsAlsoFoundByTheNameThatPeopleKnow) {
+    folder.write("applications/org.example.write.desktop",
+                 "[Desktop Entry]\nType=Application\nName=Letters\nExec=write\n");
+    EXPECT_EQ(WaylandApplications(environment).list().front().bundleIdentifier, "org.example.write");
 }
 
 TEST_F(WaylandApplicationsTests, AProgramThatHangsIsKnownByItsProcess) {

@@ -58,6 +58,8 @@ TEST_F(WaylandDisplaysTests, AMonitorThatIsCapturedAgainHasANewPicture) {
     EXPECT_EQ(taken, 2);
     cut(12);
     EXPECT_EQ(taken, 3);
+    cut(11);
+    EXPECT_EQ(taken, 3) << "the last picture shows it too";
 }
 
 TEST_F(WaylandDisplaysTests, APictureOfMorePixelsThanPointsIsCutToScale) {
@@ -70,11 +72,12 @@ TEST_F(WaylandDisplaysTests, APictureOfMorePixelsThanPointsIsCutToScale) {
 }
 
 TEST_F(WaylandDisplaysTests, NeighboursShareNoPixelAndLeaveNoneOut) {
-    outputs = {{1, {0, 0, 3, 1}}, {2, {3, 0, 4, 1}}};
+    outputs = {{1, {0, 0, 1, 1}}, {2, {1, 0, 1, 1}}, {3, {2, 0, 1, 1}}};
     width = 10;
     height = 1;
-    EXPECT_EQ(cut(1), "0,0 4x1");
-    EXPECT_EQ(cut(2), "4,0 6x1");
+    EXPECT_EQ(cut(1), "0,0 3x1");
+    EXPECT_EQ(cut(2), "3,0 4x1");
+    EXPECT_EQ(cut(3), "7,0 3x1");
 }
 
 TEST_F(WaylandDisplaysTests, ThePictureBelongsToTheMonitorsAsTheyStood) {
