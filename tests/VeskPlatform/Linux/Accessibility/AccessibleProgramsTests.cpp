@@ -183,12 +183,19 @@ second line</textarea>
         {"fixed", "AXTextField", "none", "fixed", "none", false},
         {"rich", "AXTextArea", "none", "Rich text", "none", true},
     };
-    awaitFocus(program, "AXIdentifier", "customer");
+    const auto first = awaitFocus(program, "AXIdentifier", "customer");
+    expectInsideWindow(first);
+    EXPECT_EQ(text(describe(first), "AXTitle"), "Customer");
+    EXPECT_EQ(text(describe(attribute(first, "AXWindow")), "AXTitle"), "Form");
+    EXPECT_FALSE(isAttributeSettable(describe(first), "AXValue"));
+    EXPECT_FALSE(runTask(tree->setValue(first, "AXValue", "Grace")));
     for (const auto& each : fields) {
-        const auto field = awaitFocus(program, "AXRole", each.role);
-        eventually(each.identifier, [&] { return text(describe(direct(program)), "AXIdentifier") == each.identifier; });
-        const AccessibilityAnswer answer = describe(direct(program));
-        EXPECT_EQ(text(answer, "AXRole"), each.role) << each.identifier;
+        AccessibilityAnswer answer;
+        eventually(std::string(each.role) + " " + each.identifier, [&] {
+            const auto field = direct(program);
+            if (field) answer = describe(field);
+            return text(answer, "AXRole") == each.role && text(answer, "AXIdentifier") == each.identifier;
+        });
         EXPECT_EQ(text(answer, "AXSubrole"), each.subrole) << each.identifier;
         EXPECT_EQ(text(answer, "AXValue"), each.value) << each.identifier;
         EXPECT_EQ(text(answer, "AXPlaceholderValue"), each.placeholder) << each.identifier;
