@@ -62,7 +62,7 @@ TEST_F(AtspiSettingTests, AWriteThatIsNotAnsweredIsNotTaken) {
     FakeAccessible& field = addElement(ATSPI_ROLE_TEXT, {ATSPI_STATE_EDITABLE});
     field.text = "before";
     field.interfaces = {atspi::editableText};
-    patience.application = milliseconds(60);
+    patience.application = milliseconds(200);
     application.unanswered = "SetTextContents";
     EXPECT_FALSE(runTask(tree().setValue(element(), "AXValue", "after")));
     EXPECT_THAT(log, ElementsAre("accessibility application unanswered"));

@@ -52,7 +52,7 @@ TEST_F(AtspiWalkTests, ACycleEnds) {
 
 TEST_F(AtspiWalkTests, AnApplicationThatStopsAnsweringEndsTheWalk) {
     addElements(500);
-    patience.application = milliseconds(80);
+    patience.application = milliseconds(300);
     application.change([&] { application.answersLeft = 200; });
     EXPECT_FALSE(found());
 }
