@@ -16,7 +16,7 @@ bool AtspiElement::isApplication() const { return reference.path == atspi::rootP
 
 AtspiElementHandle AtspiElements::application(AtspiReference reference, std::chrono::steady_clock::duration patience) {
     AtspiElementHandle root = handle(std::move(reference), std::make_shared<AtspiApplication>(), nullptr);
-    root->application->patience = patience;
+    *root->application = {.patience = patience};
     return root;
 }
 

@@ -25,6 +25,8 @@ struct AtspiReference {
 /// An application that is looked at, and how much longer it is waited for.
 struct AtspiApplication {
     std::chrono::steady_clock::duration patience{};
+    /// False once it has not answered that question while it did others: Qt 5 fails it for each element.
+    bool tellsIdentifiers = true;
 };
 
 /// An element of an application. The window is the top-level one that it was found in; null for windows and

@@ -41,8 +41,11 @@ std::vector<AtspiFacts> AtspiGathering::gather(const std::vector<AtspiElementHan
 
     for (const Subject& subject : subjects) askWhatStandsAlone(subject, wanted);
     calls_.finish(deadline_);
-    for (const Subject& subject : subjects)
+    for (const Subject& subject : subjects) {
+        if (wanted.has(AtspiFact::identifier) && subject.facts.role && !subject.facts.identifier)
+            subject.element->application->tellsIdentifiers = false;
         if (!subject.facts.has(ATSPI_STATE_DEFUNCT)) askByRole(subject, wanted);
+    }
     calls_.finish(deadline_);
     if (wanted.has(AtspiFact::focus)) {
         for (const Subject& subject : subjects) askFocus(subject);
@@ -70,7 +73,8 @@ void AtspiGathering::askWhatStandsAlone(const Subject& subject, AtspiFactSet wan
     if (wanted.has(AtspiFact::roleName)) calls_.add(object, "GetLocalizedRoleName", takeText(facts.roleName));
     if (wanted.has(AtspiFact::name)) calls_.addProperty(object, "Name", "s", takeText(facts.name));
     if (wanted.has(AtspiFact::description)) calls_.addProperty(object, "Description", "s", takeText(facts.description));
-    if (wanted.has(AtspiFact::identifier)) calls_.addProperty(object, "AccessibleId", "s", takeText(facts.identifier));
+    if (wanted.has(AtspiFact::identifier) && subject.element->application->tellsIdentifiers)
+        calls_.addProperty(object, "AccessibleId", "s", takeText(facts.identifier));
 }
 
 void AtspiGathering::askByRole(const Subject& subject, AtspiFactSet wanted) {

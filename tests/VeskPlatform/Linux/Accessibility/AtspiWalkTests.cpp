@@ -44,6 +44,15 @@ TEST_F(AtspiWalkTests, AnElementCostsFewCalls) {
     EXPECT_LT(application.calls().size(), 500U * 5 + 20);
 }
 
+TEST_F(AtspiWalkTests, AnApplicationWithoutIdentifiersIsNotAskedForEachOfThem) {
+    addElements(500);
+    application.garbled = {"AccessibleId"};
+    EXPECT_TRUE(found());
+    EXPECT_EQ(application.countOf("AccessibleId"), 1U);
+    EXPECT_TRUE(found()) << "a new look asks anew";
+    EXPECT_EQ(application.countOf("AccessibleId"), 2U);
+}
+
 TEST_F(AtspiWalkTests, ACycleEnds) {
     addElements(50);
     application.objects[path("n48")].children = {{application.name(), path("window")}, {application.name(), root()}};
