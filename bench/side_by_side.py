@@ -16,6 +16,7 @@ from pathlib import Path
 import calendars
 import contacts
 import desktop
+import desktop_focus
 import mail
 import micro
 import start
@@ -24,7 +25,7 @@ import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
 SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
-            "desktop": desktop}
+            "desktop": desktop, "desktop_focus": desktop_focus}
 
 
 def parsed_arguments():

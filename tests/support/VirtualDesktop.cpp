@@ -1,10 +1,10 @@
 #include "tests/support/VirtualDesktop.hpp"
 
 #include "VeskPlatform/Linux/ChildProcess.hpp"
+#include "tests/support/BackgroundPrograms.hpp"
 
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
 #include <filesystem>
 #include <poll.h>
 #include <stdexcept>
@@ -16,24 +16,6 @@ namespace vesk::test {
 namespace {
 
 constexpr std::chrono::seconds patience{15};
-
-std::string requiredProgram(const std::string& name, const std::string& package) {
-    const auto path = installedProgram(name);
-    if (!path) throw std::runtime_error(name + " is not installed: apt install " + package);
-    return *path;
-}
-
-pid_t start(const std::vector<std::string>& arguments) {
-    std::vector<char*> pointers;
-    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
-    pointers.push_back(nullptr);
-    const pid_t child = ::fork();
-    if (child != 0) return child;
-    const int null = ::open("/dev/null", O_RDWR);
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
-    ::execv(pointers[0], pointers.data());
-    ::_exit(127);
-}
 
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
@@ -66,7 +48,7 @@ VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
     // A number of our own: servers that look for a free one remove each other's sockets when they start at once.
     display_ = ":" + std::to_string(100 + ::getpid() % 50000);
     server_ = programs_.emplace_back(
-        start({server, display_, "-screen", "0", screen.format, "-nolisten", "tcp", "-noreset"}));
+        startInBackground({server, display_, "-screen", "0", screen.format, "-nolisten", "tcp", "-noreset"}));
     setVariable("DISPLAY", display_);
     setVariable("HOME", folder_.path());
     setVariable("XDG_RUNTIME_DIR", folder_.path());
@@ -76,7 +58,7 @@ VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
     if (screen.hasWindowManager) {
         // Windows that come before it has begun get no focus.
         const std::string ready = folder_ / "managed";
-        programs_.push_back(start({requiredProgram("openbox", "openbox"), "--startup", "touch " + ready}));
+        programs_.push_back(startInBackground({requiredProgram("openbox", "openbox"), "--startup", "touch " + ready}));
         eventually("the window manager", [&] { return std::filesystem::exists(ready); });
     }
 }
@@ -108,7 +90,7 @@ std::string VirtualDesktop::run(const std::string& program, const std::vector<st
 pid_t VirtualDesktop::launch(const std::string& program, const std::vector<std::string>& arguments) {
     std::vector<std::string> command{requiredProgram(program, "of that program")};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return programs_.emplace_back(start(command));
+    return programs_.emplace_back(startInBackground(command));
 }
 
 void VirtualDesktop::kill(pid_t program) {

@@ -1,16 +1,16 @@
 #include "VeskPlatform/Linux/X11/X11InputEvents.hpp"
 
+#include "VeskPlatform/Linux/Desktop/InputSymbols.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/Utf16.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <ranges>
 #include <utility>
 #include <variant>
 #include <xcb/xtest.h>
-#include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace vesk {
 
@@ -21,40 +21,6 @@ public:
     explicit X11PreparedEvent(std::variant<MouseEvent, KeyboardEvent> whole) : event(whole) {}
     std::variant<MouseEvent, KeyboardEvent> event;
 };
-
-constexpr std::array<std::pair<std::uint16_t, xkb_keysym_t>, 9> virtualKeys{{{36, XKB_KEY_Return},
-                                                                             {48, XKB_KEY_Tab},
-                                                                             {49, XKB_KEY_space},
-                                                                             {51, XKB_KEY_BackSpace},
-                                                                             {53, XKB_KEY_Escape},
-                                                                             {123, XKB_KEY_Left},
-                                                                             {124, XKB_KEY_Right},
-                                                                             {125, XKB_KEY_Down},
-                                                                             {126, XKB_KEY_Up}}};
-
-/// In the order in which they are pressed.
-constexpr std::array<std::pair<std::uint32_t, xkb_keysym_t>, 4> virtualModifiers{
-    {{0x40000, XKB_KEY_Control_L}, {0x80000, XKB_KEY_Alt_L}, {0x20000, XKB_KEY_Shift_L}, {0x100000, XKB_KEY_Super_L}}};
-
-/// Characters that are keys of their own.
-constexpr std::array<std::pair<char16_t, xkb_keysym_t>, 6> controlCharacters{{{u'\b', XKB_KEY_BackSpace},
-                                                                              {u'\t', XKB_KEY_Tab},
-                                                                              {u'\n', XKB_KEY_Return},
-                                                                              {u'\r', XKB_KEY_Return},
-                                                                              {u'\x1B', XKB_KEY_Escape},
-                                                                              {u'\x7F', XKB_KEY_Delete}}};
-
-template <class Table, class Key> std::optional<xkb_keysym_t> symbolIn(const Table& table, Key key) {
-    const auto found = std::ranges::find(table, key, &Table::value_type::first);
-    return found == table.end() ? std::nullopt : std::optional(found->second);
-}
-
-bool isFirstUnit(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isSecondUnit(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-char32_t joined(char16_t first, char16_t second) {
-    return 0x10000U + ((static_cast<char32_t>(first) - 0xD800U) << 10U) + (static_cast<char32_t>(second) - 0xDC00U);
-}
 
 std::int16_t pixel(double coordinate) {
     using Limits = std::numeric_limits<std::int16_t>;
@@ -97,7 +63,7 @@ std::unique_ptr<PreparedInputEvent> X11InputEvents::create(const KeyboardEvent& 
     if (!canPress()) return nullptr;
     if (!event.unit) {
         if (!strokeOf(event)) return nullptr;
-    } else if (!symbolIn(controlCharacters, *event.unit) && !isFirstUnit(*event.unit) && !isSecondUnit(*event.unit)) {
+    } else if (!symbolOfControlCharacter(*event.unit) && !isFirstUnit(*event.unit) && !isSecondUnit(*event.unit)) {
         if (*event.unit < 0x20 || xkb_utf32_to_keysym(*event.unit) == XKB_KEY_NoSymbol) return nullptr;
     }
     return std::make_unique<X11PreparedEvent>(event);
@@ -129,12 +95,11 @@ void X11InputEvents::send(const KeyboardEvent& event) {
 }
 
 std::optional<KeyStroke> X11InputEvents::strokeOf(const KeyboardEvent& event) {
-    const auto symbol = symbolIn(virtualKeys, event.keyCode);
+    const auto symbol = symbolOfKeyCode(event.keyCode);
     const auto key = symbol ? keyboard().keyFor(*symbol) : std::nullopt;
     if (!key) return std::nullopt;
     KeyStroke stroke{*key, {}};
-    for (const auto& [flag, modifier] : virtualModifiers) {
-        if ((event.flags & flag) == 0) continue;
+    for (const xkb_keysym_t modifier : symbolsOfModifiers(event.flags)) {
         const auto held = keyboard().keyFor(modifier);
         if (!held) return std::nullopt;
         stroke.modifiers.push_back(*held);
@@ -149,8 +114,8 @@ std::optional<KeyStroke> X11InputEvents::strokeOfUnit(char16_t unit) {
         firstUnit_ = unit;
         return std::nullopt;
     }
-    if (isSecondUnit(unit)) return first ? keyboard().strokeFor(joined(*first, unit)) : std::nullopt;
-    if (const auto symbol = symbolIn(controlCharacters, unit)) {
+    if (isSecondUnit(unit)) return first ? keyboard().strokeFor(joinedUnits(*first, unit)) : std::nullopt;
+    if (const auto symbol = symbolOfControlCharacter(unit)) {
         const auto key = keyboard().keyFor(*symbol);
         return key ? std::optional(KeyStroke{*key, {}}) : std::nullopt;
     }

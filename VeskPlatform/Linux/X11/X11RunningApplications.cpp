@@ -1,19 +1,13 @@
 #include "VeskPlatform/Linux/X11/X11RunningApplications.hpp"
 
+#include "VeskPlatform/Linux/Desktop/ProcessName.hpp"
+
 #include <algorithm>
-#include <fstream>
 #include <utility>
 
 namespace vesk {
 
 namespace {
-
-std::string processName(std::int32_t processIdentifier) {
-    std::ifstream file("/proc/" + std::to_string(processIdentifier) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
-}
 
 bool isSame(const RunningApplication& one, const RunningApplication& other) {
     return one.processIdentifier == other.processIdentifier && one.bundleIdentifier == other.bundleIdentifier;
