@@ -94,7 +94,7 @@ TEST_F(DesktopProgram, TextAndKeysArriveInATerminal) {
         desktop.launch("xterm", {"-u8", "-e", "sh", "-c", "stty -echo -icanon min 1; exec cat > " + typed});
     eventually("the terminal", [&] {
         return succeed({"active-app"}).find(std::to_string(terminal)) != std::string::npos
-               && std::filesystem::exists(typed);
+               && desktop.focusedProgram() == terminal && std::filesystem::exists(typed);
     });
     EXPECT_THAT(succeed({"type", "--text", "Gr\u00fc\u00dfe {\u0436} \U0001F600"}), HasSubstr("\"textLength\" : 11"));
     succeed({"key", "--key", "return"});
