@@ -99,6 +99,11 @@ void VirtualDesktop::kill(pid_t program) {
     ::waitpid(program, nullptr, 0);
 }
 
+pid_t VirtualDesktop::focusedProgram() const {
+    const std::string told = outputOf({"/usr/bin/xdotool", "getwindowfocus", "getwindowpid"});
+    return told.empty() ? 0 : static_cast<pid_t>(std::stol(told));
+}
+
 void VirtualDesktop::end() { kill(server_); }
 
 void VirtualDesktop::press(const std::string& title, const std::vector<std::string>& keys) {

@@ -36,6 +36,8 @@ public:
     pid_t launch(const std::string& program, const std::vector<std::string>& arguments);
     /// Kills a program that `launch` has started.
     void kill(pid_t program);
+    /// Whose window gets the keys; 0 where none does.
+    pid_t focusedProgram() const;
     /// Kills the server.
     void end();
     pid_t server() const { return server_; }

@@ -69,7 +69,7 @@ void X11Keyboard::note(const xcb_generic_event_t& event) {
     if (extension == nullptr || (event.response_type & 0x7F) != extension->first_event) return;
     if (event.pad0 != XCB_XKB_STATE_NOTIFY) {
         if (!isOwnChange(event)) keymap_.reset();
-    } else if (event.full_sequence >= stateSequence_) {
+    } else {
         const auto& change = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
         state_ = {{change.lockedMods, change.lockedGroup}, change.baseMods != 0 || change.baseGroup != 0};
     }
@@ -94,15 +94,14 @@ X11Keymap& X11Keyboard::keymap() {
 }
 
 void X11Keyboard::askState() {
-    if (isStateAsked_) return;
-    stateSequence_ = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD).sequence;
-    isStateAsked_ = true;
+    if (!stateQuestion_) stateQuestion_ = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD).sequence;
 }
 
 /// An answer tells the state as it was after our own last stroke; events tell what has changed since.
 void X11Keyboard::refreshState() {
-    if (!std::exchange(isStateAsked_, false)) return connection_.dispatchEvents();
-    const auto answer = connection_.answer<xcb_xkb_get_state_reply_t>(xcb_xkb_get_state_cookie_t{stateSequence_});
+    const auto question = std::exchange(stateQuestion_, std::nullopt);
+    if (!question) return connection_.dispatchEvents();
+    const auto answer = connection_.answer<xcb_xkb_get_state_reply_t>(xcb_xkb_get_state_cookie_t{*question});
     if (answer) state_ = {{answer->lockedMods, answer->lockedGroup}, answer->baseMods != 0 || answer->baseGroup != 0};
     connection_.dispatchKnownEvents(); // reading the answer has read them, too
 }

@@ -46,9 +46,8 @@ private:
     std::int32_t device_;
     std::unique_ptr<X11Keymap> keymap_;
     State state_;
-    /// Of the last question for the state; what events with a lower number tell is older.
-    std::uint32_t stateSequence_ = 0;
-    bool isStateAsked_ = false;
+    /// The question that is on its way.
+    std::optional<std::uint32_t> stateQuestion_;
 };
 
 } // namespace vesk

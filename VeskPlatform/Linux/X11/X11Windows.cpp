@@ -97,16 +97,10 @@ std::vector<xcb_window_t> X11Windows::visibleTopLevels() {
     return visible;
 }
 
-bool X11Windows::exists(xcb_window_t window) {
-    return connection_.answer<xcb_get_window_attributes_reply_t>(xcb_get_window_attributes(connection_.get(), window))
-           != nullptr;
-}
-
 std::optional<xcb_window_t> X11Windows::active() {
     if (!areManaged()) return topLevelWithFocus();
     const auto named = firstOf(rootNumbers("_NET_ACTIVE_WINDOW"));
-    if (!named || *named == XCB_WINDOW_NONE || !exists(*named)) return std::nullopt;
-    return named;
+    return named == XCB_WINDOW_NONE ? std::nullopt : named;
 }
 
 std::optional<xcb_window_t> X11Windows::topLevelWithFocus() {

@@ -36,7 +36,7 @@ public:
     std::vector<xcb_window_t> inOrderOfAge();
     /// The topmost is the last.
     std::vector<xcb_window_t> fromBottomToTop();
-    /// The window that has the user's attention; none where it does not exist, whatever the window manager says.
+    /// The window that has the user's attention. A window manager may name one that is gone.
     std::optional<xcb_window_t> active();
     /// Leaves out windows that do not exist.
     std::vector<X11Window> describe(const std::vector<xcb_window_t>& windows);
@@ -51,7 +51,6 @@ private:
     std::vector<xcb_window_t> visibleTopLevels();
     std::optional<xcb_window_t> topLevelWithFocus();
     xcb_window_t topLevelOf(xcb_window_t window);
-    bool exists(xcb_window_t window);
     std::int32_t processOf(xcb_window_t window);
     bool canRestack();
     std::uint32_t serverTime();

@@ -2,11 +2,11 @@
 
 #include "VeskPlatform/Linux/Desktop/PixelImage.hpp"
 #include "VeskPlatform/Linux/Images/PngEffort.hpp"
+#include "tests/support/ReadPng.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <functional>
 #include <gmock/gmock.h>
-#include <png.h>
 #include <random>
 #include <vector>
 
@@ -46,24 +46,6 @@ Pixels pixelsOf(const ScreenImage& image) {
         pixels.insert(pixels.end(), picture.pixels() + y * picture.stride(),
                       picture.pixels() + y * picture.stride() + picture.width());
     return pixels;
-}
-
-struct ReadPng {
-    std::size_t width = 0, height = 0;
-    bool hasAlpha = false;
-    /// 0xAARRGGBB, not multiplied.
-    Pixels pixels;
-};
-
-ReadPng readPng(const std::string& path) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_file(&image, path.c_str()) == 0) return {};
-    ReadPng result{image.width, image.height, (image.format & PNG_FORMAT_FLAG_ALPHA) != 0, {}};
-    image.format = PNG_FORMAT_BGRA;
-    result.pixels.resize(result.width * result.height);
-    png_image_finish_read(&image, nullptr, result.pixels.data(), 0, nullptr);
-    return result;
 }
 
 class PixmanScreenImagesTests : public ::testing::Test {

@@ -65,8 +65,21 @@ public:
         connection.synchronize();
     }
     void number(xcb_window_t window, const std::string& name, xcb_atom_t type, std::uint32_t value) {
-        xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, atoms[name], type, 32, 1, &value);
+        numbers(window, name, type, {value});
+    }
+    void numbers(xcb_window_t window, const std::string& name, xcb_atom_t type,
+                 const std::vector<std::uint32_t>& values) {
+        xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, atoms[name], type, 32,
+                            static_cast<std::uint32_t>(values.size()), values.data());
         connection.synchronize();
+    }
+    /// Poses as a window manager, which tells what a test wants and does nothing.
+    void manage() {
+        const xcb_window_t window = show({.isManaged = false, .x = -50, .width = 1, .height = 1});
+        const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+        xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &events);
+        for (const xcb_window_t place : {window, connection.root()})
+            number(place, "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW, window);
     }
     std::vector<std::uint32_t> rootNumbers(const std::string& name) {
         return X11Property(connection, connection.root(), atoms[name]).numbers();
@@ -79,6 +92,8 @@ public:
     std::vector<std::pair<int, int>> motions;
     /// Keys and the modifiers that were down.
     std::vector<std::pair<int, int>> keys;
+    /// What was sent to the window manager.
+    std::vector<xcb_client_message_event_t> messages;
 
 private:
     void text(xcb_window_t window, xcb_atom_t name, xcb_atom_t type, const std::string& value) {
@@ -103,6 +118,7 @@ private:
             keys.emplace_back(press.detail, press.state);
             break;
         }
+        case XCB_CLIENT_MESSAGE: messages.push_back(reinterpret_cast<const xcb_client_message_event_t&>(event)); break;
         default: break;
         }
     }

@@ -132,24 +132,6 @@ TEST_F(X11RunningApplicationsTests, MenusAreNoApplications) {
     EXPECT_THAT(names(), ElementsAre("Sonde"));
 }
 
-TEST_F(X11RunningApplicationsTests, AnActiveWindowThatDoesNotExistIsNoApplication) {
-    awaitFrontWindow(program.show({}));
-    program.number(program.connection.root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW, 0x7ABCDEF);
-    EXPECT_EQ(applications().frontmost(), std::nullopt);
-    program.number(program.connection.root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW, 0);
-    EXPECT_EQ(applications().frontmost(), std::nullopt);
-}
-
-TEST_F(X11RunningApplicationsTests, AListedWindowThatDoesNotExistIsLeftOut) {
-    const xcb_window_t window = program.show({});
-    awaitFrontWindow(window);
-    const std::uint32_t lies[]{0x7ABCDEF, window};
-    xcb_change_property(program.connection.get(), XCB_PROP_MODE_REPLACE, program.connection.root(),
-                        program.atoms["_NET_CLIENT_LIST"], XCB_ATOM_WINDOW, 32, 2, lies);
-    program.connection.synchronize();
-    EXPECT_THAT(names(), ElementsAre("Sonde"));
-}
-
 TEST_F(X11RunningApplicationsTests, ActivationTakesTheWindowThatWasUsedLast) {
     const xcb_window_t older = program.show({.x = 0}), newer = program.show({.x = 200}),
                        other = program.show({.className = "Other", .process = 50, .x = 400});
@@ -231,6 +213,71 @@ TEST_F(X11WithoutManagerTests, VisibleWindowsAreListedAndActivated) {
         EXPECT_THAT(applications.frontmost(), Optional(each));
         EXPECT_EQ(applications.list().back(), each) << "raised";
     }
+}
+
+/// A window manager that says what the test wants.
+class X11PosedManagerTests : public X11WithoutManagerTests {
+protected:
+    X11PosedManagerTests() { program.manage(); }
+    void tell(const std::string& property, const std::vector<std::uint32_t>& windows) {
+        program.numbers(program.connection.root(), property, XCB_ATOM_WINDOW, windows);
+    }
+    static constexpr xcb_window_t gone = 0x7ABCDEF;
+    const xcb_window_t one = program.show({.className = "One", .process = 11}),
+                       two = program.show({.className = "Two", .process = 12});
+    RunningApplications& applications = session.runningApplications();
+};
+
+TEST_F(X11PosedManagerTests, AnActiveWindowThatDoesNotExistIsNoApplication) {
+    tell("_NET_ACTIVE_WINDOW", {one});
+    EXPECT_THAT(applications.frontmost(), Optional(Field(&RunningApplication::processIdentifier, 11)));
+    for (const auto& lie : std::vector<std::vector<std::uint32_t>>{{gone}, {0}, {}}) {
+        tell("_NET_ACTIVE_WINDOW", lie);
+        EXPECT_EQ(applications.frontmost(), std::nullopt);
+    }
+}
+
+TEST_F(X11PosedManagerTests, AListedWindowThatDoesNotExistIsLeftOut) {
+    tell("_NET_CLIENT_LIST", {gone, two, gone, one});
+    EXPECT_THAT(applications.list(), ElementsAre(Field(&RunningApplication::processIdentifier, 12),
+                                                 Field(&RunningApplication::processIdentifier, 11)));
+}
+
+TEST_F(X11PosedManagerTests, ActivationComesFromTheUserNowAndOtherWindowsAreRaisedBefore) {
+    const xcb_window_t above = program.show({.className = "One", .process = 11});
+    tell("_NET_CLIENT_LIST", {one, two, above});
+    tell("_NET_CLIENT_LIST_STACKING", {one, above, two});
+    tell("_NET_SUPPORTED", {program.atoms["_NET_RESTACK_WINDOW"]});
+    ASSERT_TRUE(applications.activate(applications.list().at(0)));
+    program.connection.synchronize();
+    program.connection.dispatchEvents();
+    ASSERT_EQ(program.messages.size(), 2U);
+    const auto &raised = program.messages[0], &activated = program.messages[1];
+    EXPECT_EQ(raised.type, program.atoms["_NET_RESTACK_WINDOW"]);
+    EXPECT_EQ(raised.window, one);
+    EXPECT_EQ(raised.data.data32[0], 2U) << "a pager";
+    EXPECT_EQ(raised.data.data32[2], XCB_STACK_MODE_ABOVE);
+    EXPECT_EQ(activated.type, program.atoms["_NET_ACTIVE_WINDOW"]);
+    EXPECT_EQ(activated.window, above);
+    EXPECT_EQ(activated.data.data32[0], 2U) << "a pager";
+    EXPECT_GT(activated.data.data32[1], 1U) << "the server's clock";
+}
+
+TEST_F(X11PosedManagerTests, AManagerThatCannotRaiseIsOnlyAskedToActivate) {
+    tell("_NET_CLIENT_LIST", {one, program.show({.className = "One", .process = 11})});
+    ASSERT_TRUE(applications.activate(applications.list().at(0)));
+    program.connection.synchronize();
+    program.connection.dispatchEvents();
+    ASSERT_EQ(program.messages.size(), 1U);
+    EXPECT_EQ(program.messages[0].type, program.atoms["_NET_ACTIVE_WINDOW"]);
+}
+
+TEST_F(X11PosedManagerTests, WhatAManagerLeftBehindDoesNotCount) {
+    tell("_NET_CLIENT_LIST", {one});
+    tell("_NET_ACTIVE_WINDOW", {one});
+    program.number(program.connection.root(), "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW, gone);
+    EXPECT_EQ(applications.list().size(), 2U);
+    EXPECT_EQ(applications.frontmost(), std::nullopt);
 }
 
 } // namespace

@@ -215,6 +215,16 @@ TEST_F(X11TypingTests, BorrowedKeysAreGivenBack) {
     EXPECT_EQ(keyTable(*desktop), before);
 }
 
+TEST_F(X11TypingTests, AKeyThatGotAnotherMeaningMeanwhileIsLeftAlone) {
+    type(u"\u0436");
+    const std::string key =
+        desktop->run("sh", {"-c", "xmodmap -pke | sed -n 's/keycode *\\([0-9]*\\) = Cyrillic_zhe.*/\\1/p'"});
+    ASSERT_NE(key, "");
+    desktop->run("xmodmap", {"-e", "keycode " + key + " = aacute"});
+    session.reset();
+    EXPECT_EQ(desktop->run("sh", {"-c", "xmodmap -pke | grep -c aacute"}), "1");
+}
+
 class X11InterruptedTypingTests : public X11TypingTests, public ::testing::WithParamInterface<int> {};
 
 TEST_P(X11InterruptedTypingTests, BorrowedKeysAreGivenBackForAProcessThatIsKilled) {

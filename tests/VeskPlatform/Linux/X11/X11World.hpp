@@ -20,11 +20,12 @@ protected:
         return std::make_unique<X11WindowSystem>(
             DesktopSurroundings{environment, desktop->home(), [](const std::string&) {}});
     }
-    /// The program with the attention, once it is this one.
+    /// Waits until the program has the attention, and the keys too: a busy window manager tells the one before the
+    /// other.
     void awaitFront(pid_t program) {
         eventually("the window of process " + std::to_string(program), [&] {
             const auto front = session->runningApplications().frontmost();
-            return front && front->processIdentifier == program;
+            return front && front->processIdentifier == program && desktop->focusedProgram() == program;
         });
     }
 
