@@ -15,6 +15,8 @@ from pathlib import Path
 
 import calendars
 import contacts
+import desktop
+import desktop_focus
 import mail
 import micro
 import pdf
@@ -24,8 +26,8 @@ import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
-SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail, "pdf": pdf,
-            "reel": reel}
+SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
+            "desktop": desktop, "desktop_focus": desktop_focus, "pdf": pdf, "reel": reel}
 
 
 def parsed_arguments():

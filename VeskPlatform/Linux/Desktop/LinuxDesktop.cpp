@@ -17,11 +17,20 @@ Displays& LinuxDesktop::displays() { return windowSystem().displays(); }
 InputEvents& LinuxDesktop::inputEvents() { return windowSystem().inputEvents(); }
 RunningApplications& LinuxDesktop::runningApplications() { return windowSystem().runningApplications(); }
 
+namespace {
+
+/// Debian divides these libraries; a desktop usually has most of them.
+constexpr const char* x11Packages =
+    "libxkbcommon-x11-0 libxcb-randr0 libxcb-res0 libxcb-shm0 libxcb-xinput0 libxcb-xtest0";
+constexpr const char* waylandPackages = "libwayland-client0 libxkbcommon0 libpng16-16";
+
+} // namespace
+
 WindowSystem& LinuxDesktop::windowSystem() {
     if (!windowSystem_) {
         const bool isWayland = !surroundings_.environment.value("WAYLAND_DISPLAY").value_or("").empty();
-        const AdapterModule module = isWayland ? AdapterModule(moduleFolder_, "wayland", "libwayland-client0")
-                                               : AdapterModule(moduleFolder_, "x11", "libxtst6");
+        const AdapterModule module = isWayland ? AdapterModule(moduleFolder_, "wayland", waylandPackages)
+                                               : AdapterModule(moduleFolder_, "x11", x11Packages);
         windowSystem_.reset(module.function<WindowSystemFactory>("veskWindowSystem")(surroundings_));
     }
     return *windowSystem_;
@@ -29,7 +38,7 @@ WindowSystem& LinuxDesktop::windowSystem() {
 
 AccessibilityTree& LinuxDesktop::accessibilityTree() {
     if (!accessibilityTree_) {
-        const AdapterModule module(moduleFolder_, "atspi", "libatspi2.0-0");
+        const AdapterModule module(moduleFolder_, "atspi", "libsystemd0");
         accessibilityTree_.reset(module.function<AccessibilityFactory>("veskAccessibility")(surroundings_));
     }
     return *accessibilityTree_;
