@@ -35,7 +35,14 @@ class Desktop:
         os.close(writing)
         with os.fdopen(reading) as number:
             self.bench.environment["DISPLAY"] = ":" + number.readline().strip()
-        self.start(["openbox"])
+        # Windows that come before it has begun may never be shown.
+        ready = self.bench.work / "managed"
+        self.start(["openbox", "--startup", f"touch {ready}"])
+        try:
+            self.wait_for("the window manager", ready.exists)
+        except RuntimeError:
+            self.__exit__()
+            raise
         return self
 
     def __exit__(self, *_):
@@ -43,6 +50,14 @@ class Desktop:
             program.terminate()
             program.wait()
         self.bench.environment.pop("DISPLAY", None)
+
+    @staticmethod
+    def wait_for(what, condition):
+        deadline = time.monotonic() + DEADLINE
+        while not condition():
+            if time.monotonic() > deadline:
+                raise RuntimeError(f"waited in vain for {what}")
+            time.sleep(0.02)
 
     def output(self, *arguments):
         return subprocess.run([self.bench.broker, *arguments], env=self.bench.environment, capture_output=True,
@@ -52,12 +67,7 @@ class Desktop:
     def terminal(self):
         """A terminal in front, which lets all input pass."""
         program = self.start(["xterm", "-e", "cat"])
-        deadline = time.monotonic() + DEADLINE
-        # A window that is shown before the window manager runs gets no focus by itself.
-        while f'"processIdentifier" : {program.pid}\n' not in self.output("active-app"):
-            if time.monotonic() > deadline:
-                raise RuntimeError("the terminal does not come to the front")
-            self.output("activate-app", "--app", "xterm")
+        self.wait_for("the terminal", lambda: f'"processIdentifier" : {program.pid}\n' in self.output("active-app"))
         yield
         program.terminate()
         program.wait()
