@@ -99,10 +99,12 @@ DoctorService examineAccessibility(Environment& environment) {
     DesktopExamination examination(environment,
                                    usesPortals ? "AT-SPI and the portal RemoteDesktop" : "AT-SPI and XTest");
     if (!examination.findsDisplay()) return examination.result();
-    if (usesPortals)
+    if (usesPortals) {
         examination.needsPortal("RemoteDesktop");
-    else
+        examination.needsPortal("ScreenCast"); // clicks are placed on its streams
+    } else {
         examination.needsTestInput();
+    }
     examination.needsAccessibilityBus();
     return examination.result();
 }

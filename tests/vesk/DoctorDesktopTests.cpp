@@ -62,7 +62,8 @@ TEST_F(DoctorDesktopTests, AWaylandDesktopNeedsItsPortals) {
     program.environment["AT_SPI_BUS_ADDRESS"] = program.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address();
     EXPECT_EQ(examined("accessibility").service, "AT-SPI and the portal RemoteDesktop");
     EXPECT_THAT(examined("accessibility").problems,
-                ElementsAre(StartsWith("The desktop offers no portal \"RemoteDesktop\": install ")));
+                ElementsAre(StartsWith("The desktop offers no portal \"RemoteDesktop\": install "),
+                            StartsWith("The desktop offers no portal \"ScreenCast\": install ")));
     EXPECT_EQ(examined("screen_recording").service, "The portal Screenshot");
     EXPECT_THAT(examined("screen_recording").problems,
                 ElementsAre(StartsWith("The desktop offers no portal \"Screenshot\": install ")));
