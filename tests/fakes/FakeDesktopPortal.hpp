@@ -54,6 +54,7 @@ protected:
         if (interface == prefix + "Session" && method == "Close") return noted(call, "Close session");
         if (interface == prefix + "Request" && method == "Close") return noted(call, "Close request");
         if (sd_bus_message_get_path(&call) != std::string("/org/freedesktop/portal/desktop")) return 0;
+        if (interface == "org.freedesktop.DBus.Properties" && method == "GetAll") return answerProperties(call);
         if (!interface.starts_with(prefix) || !portals.contains(interface.substr(prefix.size()))) return 0;
         if (method.starts_with("Notify")) return answerInput(call, method);
         static const std::map<std::string, std::string> requests{{"Screenshot", "s"},
@@ -71,6 +72,14 @@ private:
     int noted(sd_bus_message& call, const std::string& line) {
         calls_.push_back(line);
         return reply(call);
+    }
+
+    int answerProperties(sd_bus_message& call) {
+        const std::string asked = readText(call);
+        if (!asked.starts_with(prefix) || !portals.contains(asked.substr(prefix.size())))
+            return fail(call, "org.freedesktop.DBus.Error.InvalidArgs", "No such interface “" + asked + "”");
+        return reply(call,
+                     [](sd_bus_message& message) { sd_bus_message_append(&message, "a{sv}", 1, "version", "u", 2U); });
     }
 
     int answerInput(sd_bus_message& call, const std::string& method) {

@@ -17,15 +17,6 @@ Displays& LinuxDesktop::displays() { return windowSystem().displays(); }
 InputEvents& LinuxDesktop::inputEvents() { return windowSystem().inputEvents(); }
 RunningApplications& LinuxDesktop::runningApplications() { return windowSystem().runningApplications(); }
 
-namespace {
-
-/// Debian divides these libraries; a desktop usually has most of them.
-constexpr const char* x11Packages =
-    "libxkbcommon-x11-0 libxcb-randr0 libxcb-res0 libxcb-shm0 libxcb-xinput0 libxcb-xtest0";
-constexpr const char* waylandPackages = "libwayland-client0 libxkbcommon0 libpng16-16";
-
-} // namespace
-
 WindowSystem& LinuxDesktop::windowSystem() {
     if (!windowSystem_) {
         const bool isWayland = !surroundings_.environment.value("WAYLAND_DISPLAY").value_or("").empty();

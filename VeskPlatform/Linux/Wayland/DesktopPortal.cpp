@@ -91,6 +91,16 @@ BusMessage DesktopPortal::request(const std::string& portal, const char* method,
     }
 }
 
+void DesktopPortal::require(const std::string& portal) {
+    try {
+        bus().properties(objectOf(portal), patience_.answer);
+    } catch (const BusError& error) {
+        // For properties of an interface that an object does not have, GLib has an error of its own.
+        if (tellsAbsence(error) || error.domain() == SD_BUS_ERROR_INVALID_ARGS) throw PortalMissing(portal);
+        throw;
+    }
+}
+
 void DesktopPortal::close(const std::string& session) noexcept {
     try {
         bus().call({service, session, "org.freedesktop.portal.Session"}, "Close", goodbye);

@@ -48,6 +48,9 @@ public:
     BusMessage request(const std::string& portal, const char* method, const std::vector<PortalArgument>& arguments,
                        PortalOptions options);
 
+    /// Throws PortalMissing where the desktop does not offer the portal. The user is asked nothing.
+    void require(const std::string& portal);
+
     /// Calls a method that is over when it is answered: the session, no options, and `types` as in BusConnection::call.
     template <class... Arguments>
     void notify(const std::string& session, const char* method, const char* types, Arguments... arguments) {

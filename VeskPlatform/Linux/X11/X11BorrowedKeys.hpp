@@ -39,7 +39,10 @@ private:
     };
 
     std::optional<xcb_keycode_t> freeKey() const;
-    Loan* lend(xcb_keycode_t key);
+    Loan* lend(xkb_keysym_t symbol, xkb_keysym_t shifted);
+    Loan* lendAgain(xkb_keysym_t symbol, xkb_keysym_t shifted);
+    bool isStillFree(xcb_keycode_t key);
+    void giveMeaning(const KeyLoan& meaning);
     void giveBack();
 
     X11Connection& connection_;

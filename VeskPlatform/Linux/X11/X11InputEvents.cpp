@@ -36,6 +36,7 @@ X11InputEvents::X11InputEvents(X11Connection& connection, std::string display)
 X11InputEvents::~X11InputEvents() {
     try {
         if (pressed_) release();
+        if (pressedButton_) fake(XCB_BUTTON_RELEASE, *pressedButton_);
         connection_.synchronize();
     } catch (const ErrorRecord&) { // without a display no key is down
     }
@@ -82,7 +83,11 @@ void X11InputEvents::send(const MouseEvent& event) {
     fake(XCB_MOTION_NOTIFY, 0, pixel(event.point.x), pixel(event.point.y));
     if (event.type == MouseEventType::moved) return;
     const bool isDown = event.type == MouseEventType::leftDown || event.type == MouseEventType::rightDown;
-    fake(isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, event.button == 0 ? 1 : 3);
+    const std::uint8_t button = event.button == 0 ? 1 : 3;
+    if (isDown) hold({{XCB_BUTTON_RELEASE, button}});
+    fake(isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button);
+    pressedButton_ = isDown ? std::optional(button) : std::nullopt;
+    if (!isDown) holdNothing();
 }
 
 /// A unit is typed whole with its first event: the server is woken once for it, and no letter can stay down.
@@ -90,7 +95,7 @@ void X11InputEvents::send(const KeyboardEvent& event) {
     if (pressed_) release();
     if (!event.keyDown) return;
     keyboard().refreshState();
-    if (auto stroke = event.unit ? strokeOfUnit(*event.unit) : strokeOf(event)) press(std::move(*stroke));
+    if (auto stroke = event.unit ? strokeOfUnit(*event.unit) : strokeOf(event)) press(std::move(*stroke), !event.unit);
     if (pressed_ && event.unit) release();
 }
 
@@ -122,8 +127,30 @@ std::optional<KeyStroke> X11InputEvents::strokeOfUnit(char16_t unit) {
     return keyboard().strokeFor(unit);
 }
 
-void X11InputEvents::press(KeyStroke stroke) {
+/// What brings all as it was before a stroke.
+std::vector<FakeInput> X11InputEvents::endOf(const Pressed& pressed) const {
+    std::vector<FakeInput> inputs{{XCB_KEY_RELEASE, pressed.stroke.key}};
+    for (const xcb_keycode_t key : std::views::reverse(pressed.stroke.modifiers))
+        inputs.push_back({XCB_KEY_RELEASE, key});
+    for (const xcb_keycode_t key : pressed.letGo) inputs.push_back({XCB_KEY_PRESS, key});
+    return inputs;
+}
+
+/// What is down between two events would stay down for ever if this process were killed there.
+void X11InputEvents::hold(const std::vector<FakeInput>& letGo) {
+    if (!keeper_) keeper_.emplace(display_);
+    keeper_->note(letGo);
+}
+
+void X11InputEvents::holdNothing() {
+    if (!keeper_) return;
+    connection_.flush();
+    keeper_->release();
+}
+
+void X11InputEvents::press(KeyStroke stroke, bool isHeld) {
     Pressed& down = pressed_.emplace(Pressed{std::move(stroke), keyboard().heldModifiers()});
+    if (isHeld) hold(endOf(down));
     for (const xcb_keycode_t key : down.letGo) fake(XCB_KEY_RELEASE, key);
     for (const xcb_keycode_t key : down.stroke.modifiers) fake(XCB_KEY_PRESS, key);
     fake(XCB_KEY_PRESS, down.stroke.key);
@@ -131,9 +158,8 @@ void X11InputEvents::press(KeyStroke stroke) {
 
 void X11InputEvents::release() {
     const Pressed up = *std::exchange(pressed_, std::nullopt);
-    fake(XCB_KEY_RELEASE, up.stroke.key);
-    for (const xcb_keycode_t key : std::views::reverse(up.stroke.modifiers)) fake(XCB_KEY_RELEASE, key);
-    for (const xcb_keycode_t key : up.letGo) fake(XCB_KEY_PRESS, key);
+    for (const FakeInput& input : endOf(up)) fake(input.type, input.detail);
+    holdNothing();
     if (!up.stroke.modifiers.empty() || !up.letGo.empty()) keyboard().askState();
 }
 

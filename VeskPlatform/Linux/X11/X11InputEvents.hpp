@@ -1,8 +1,10 @@
 #pragma once
 
 #include "VeskPlatform/InputEvents.hpp"
+#include "VeskPlatform/Linux/X11/X11KeyKeeper.hpp"
 #include "VeskPlatform/Linux/X11/X11Keyboard.hpp"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +17,7 @@ namespace vesk {
 class X11InputEvents : public InputEvents {
 public:
     X11InputEvents(X11Connection& connection, std::string display);
-    /// Lets go of a key that was pressed and not released.
+    /// Lets go of what was pressed and not released; where the process is killed, another one does.
     ~X11InputEvents() override;
     X11InputEvents(const X11InputEvents&) = delete;
     X11InputEvents& operator=(const X11InputEvents&) = delete;
@@ -35,8 +37,11 @@ private:
     void fake(std::uint8_t type, std::uint8_t detail, std::int16_t x = 0, std::int16_t y = 0);
     void send(const MouseEvent& event);
     void send(const KeyboardEvent& event);
-    void press(KeyStroke stroke);
+    void press(KeyStroke stroke, bool isHeld);
     void release();
+    std::vector<FakeInput> endOf(const Pressed& pressed) const;
+    void hold(const std::vector<FakeInput>& letGo);
+    void holdNothing();
     std::optional<KeyStroke> strokeOf(const KeyboardEvent& event);
     std::optional<KeyStroke> strokeOfUnit(char16_t unit);
     X11Keyboard& keyboard();
@@ -46,6 +51,8 @@ private:
     std::optional<bool> canPress_;
     std::optional<X11Keyboard> keyboard_;
     std::optional<Pressed> pressed_;
+    std::optional<std::uint8_t> pressedButton_;
+    std::optional<X11KeyKeeper> keeper_;
     /// The first unit of a character that waits for its second.
     std::optional<char16_t> firstUnit_;
 };

@@ -13,6 +13,7 @@
 #include <thread>
 #include <unistd.h>
 #include <vector>
+#include <xcb/xtest.h>
 
 namespace vesk {
 
@@ -30,39 +31,6 @@ void leaveTheCaller(int line) {
     for (const int signal : {SIGHUP, SIGINT, SIGTERM}) std::signal(signal, SIG_IGN);
 }
 
-void remember(std::vector<KeyLoan>& loans, const KeyLoan& loan) {
-    if (loan.key == 0) {
-        loans.clear();
-        return;
-    }
-    std::erase_if(loans, [&loan](const KeyLoan& known) { return known.key == loan.key; });
-    loans.push_back(loan);
-}
-
-std::vector<KeyLoan> loansAtTheEnd(int line) {
-    std::vector<KeyLoan> loans;
-    KeyLoan loan;
-    while (true) {
-        const ssize_t count = ::read(line, &loan, sizeof loan);
-        if (count == static_cast<ssize_t>(sizeof loan))
-            remember(loans, loan);
-        else if (count >= 0 || errno != EINTR)
-            return loans;
-    }
-}
-
-[[noreturn]] void keep(const std::string& display, int line) {
-    leaveTheCaller(line);
-    const std::vector<KeyLoan> loans = loansAtTheEnd(line);
-    if (!loans.empty()) {
-        std::this_thread::sleep_for(meaningLasts);
-        xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
-        for (const KeyLoan& loan : loans) takeMeaningBack(connection, loan);
-        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    }
-    ::_exit(0);
-}
-
 } // namespace
 
 void setMeaning(xcb_connection_t* connection, xcb_keycode_t key, xcb_keysym_t symbol, xcb_keysym_t shifted) {
@@ -77,6 +45,44 @@ void takeMeaningBack(xcb_connection_t* connection, const KeyLoan& loan) {
     if (!now || now->keysyms_per_keycode < 1) return;
     if (*xcb_get_keyboard_mapping_keysyms(now.get()) == loan.symbol)
         setMeaning(connection, loan.key, XCB_NO_SYMBOL, XCB_NO_SYMBOL);
+}
+
+void X11KeyKeeper::add(const Message& message, Duties& duties) {
+    if (message.letGo.type != 0) {
+        duties.letGo.push_back(message.letGo);
+    } else if (message.loan.key != 0) {
+        std::erase_if(duties.loans, [&](const KeyLoan& known) { return known.key == message.loan.key; });
+        duties.loans.push_back(message.loan);
+    } else {
+        duties = {};
+    }
+}
+
+X11KeyKeeper::Duties X11KeyKeeper::dutiesAtTheEnd(int line) {
+    Duties duties;
+    Message message;
+    while (true) {
+        const ssize_t count = ::read(line, &message, sizeof message);
+        if (count == static_cast<ssize_t>(sizeof message))
+            add(message, duties);
+        else if (count >= 0 || errno != EINTR)
+            return duties;
+    }
+}
+
+void X11KeyKeeper::keep(const std::string& display, int line) {
+    leaveTheCaller(line);
+    const Duties duties = dutiesAtTheEnd(line);
+    if (!duties.letGo.empty() || !duties.loans.empty()) {
+        xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
+        for (const FakeInput& input : duties.letGo)
+            xcb_test_fake_input(connection, input.type, input.detail, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+        xcb_flush(connection);
+        if (!duties.loans.empty()) std::this_thread::sleep_for(meaningLasts);
+        for (const KeyLoan& loan : duties.loans) takeMeaningBack(connection, loan);
+        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    }
+    ::_exit(0);
 }
 
 /// Twice forked, so that it is nobody's child to wait for.
@@ -97,12 +103,15 @@ X11KeyKeeper::X11KeyKeeper(const std::string& display) {
     }
 }
 
-void X11KeyKeeper::send(const KeyLoan& loan) const {
+void X11KeyKeeper::send(const Message& message) const {
     // Where there is no keeper, this process gives back by itself.
-    if (line_) (void)::send(line_.get(), &loan, sizeof loan, MSG_NOSIGNAL);
+    if (line_) (void)::send(line_.get(), &message, sizeof message, MSG_NOSIGNAL);
 }
 
-void X11KeyKeeper::note(const KeyLoan& loan) { send(loan); }
+void X11KeyKeeper::note(const KeyLoan& loan) { send({.loan = loan}); }
+void X11KeyKeeper::note(const std::vector<FakeInput>& letGo) {
+    for (const FakeInput& input : letGo) send({.letGo = input});
+}
 void X11KeyKeeper::release() { send({}); }
 
 } // namespace vesk

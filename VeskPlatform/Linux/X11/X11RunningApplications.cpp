@@ -79,7 +79,17 @@ std::optional<RunningApplication> X11RunningApplications::frontmost() {
     const auto active = windows_.active();
     if (!active) return std::nullopt;
     const auto windows = windows_.describe({*active});
-    return windows.empty() ? std::nullopt : std::optional(describe(windows.front()));
+    if (windows.empty()) return std::nullopt;
+    RunningApplication own = describe(windows.front());
+    return own.bundleIdentifier ? own : ownerOf(*active).value_or(std::move(own));
+}
+
+/// The application that a window without a desktop file, such as a dialog, goes with.
+std::optional<RunningApplication> X11RunningApplications::ownerOf(xcb_window_t window) {
+    for (Application& application : applicationsOf(windows_.inOrderOfAge()))
+        if (std::ranges::find(application.windows, window, &X11Window::window) != application.windows.end())
+            return std::move(application.description);
+    return std::nullopt;
 }
 
 bool X11RunningApplications::activate(const RunningApplication& application) {

@@ -31,6 +31,7 @@ private:
     };
 
     std::vector<Application> applicationsOf(const std::vector<xcb_window_t>& windows);
+    std::optional<RunningApplication> ownerOf(xcb_window_t window);
     RunningApplication describe(const X11Window& window);
 
     X11Windows windows_;

@@ -61,6 +61,15 @@ TEST_F(DesktopPortalTests, APortalThatIsNotThereIsNamedWithWhatToInstall) {
     EXPECT_EQ(failure(), missing) << "a service without the portal";
 }
 
+TEST_F(DesktopPortalTests, WhichPortalsAreThereIsKnownWithoutAskingTheUser) {
+    EXPECT_THROW(portal.require("Screenshot"), PortalMissing) << "no service";
+    desktop.portals = {"RemoteDesktop"};
+    serve();
+    EXPECT_THROW(portal.require("Screenshot"), PortalMissing) << "a service without the portal";
+    EXPECT_NO_THROW(portal.require("RemoteDesktop"));
+    EXPECT_EQ(desktop.calls(), Lines{});
+}
+
 TEST_F(DesktopPortalTests, WithoutASessionBusTheErrorSaysSo) {
     const ScopedVariables none(noBuses());
     try {

@@ -1,6 +1,11 @@
 #include "tests/VeskPlatform/Linux/X11/TestWindow.hpp"
 #include "tests/VeskPlatform/Linux/X11/X11World.hpp"
 
+#include <algorithm>
+#include <csignal>
+#include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
 namespace vesk::test {
@@ -113,6 +118,35 @@ TEST_F(X11InputEventsTests, AKeyThatIsDownAtTheEndIsLetGoOf) {
     const auto keys = program.connection.answer<xcb_query_keymap_reply_t>(xcb_query_keymap(program.connection.get()));
     ASSERT_NE(keys, nullptr);
     for (const std::uint8_t byte : keys->keys) EXPECT_EQ(byte, 0);
+}
+
+TEST_F(X11InputEventsTests, WhatIsDownIsLetGoOfForAProcessThatIsKilled) {
+    const auto isSomethingDown = [this] {
+        auto& connection = program.connection;
+        const auto keys = connection.answer<xcb_query_keymap_reply_t>(xcb_query_keymap(connection.get()));
+        const auto pointer = connection.answer<xcb_query_pointer_reply_t>(xcb_query_pointer(connection.get(), window));
+        return (pointer->mask & XCB_BUTTON_MASK_1) != 0
+               || std::ranges::any_of(keys->keys, [](std::uint8_t byte) { return byte != 0; });
+    };
+    const std::function<void(InputEvents&)> strokes[]{
+        [](InputEvents& events) {
+            events.post(*events.create(KeyboardEvent{.keyCode = 49, .keyDown = true, .flags = 0x60000}));
+        },
+        [](InputEvents& events) {
+            events.post(*events.create(MouseEvent{MouseEventType::leftDown, {300, 200}, 0}));
+        }};
+    for (const auto& stroke : strokes) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const auto own = connect(environment);
+            stroke(own->inputEvents());
+            ::pause();
+        }
+        eventually("something held down", isSomethingDown);
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        EXPECT_NO_THROW(eventually("nothing held down", [&] { return !isSomethingDown(); }));
+    }
 }
 
 } // namespace

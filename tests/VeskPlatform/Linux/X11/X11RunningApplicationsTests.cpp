@@ -105,6 +105,13 @@ TEST_F(X11RunningApplicationsTests, WindowsOfAProcessAreOneApplicationInOrderOfA
                                                    Field(&RunningApplication::processIdentifier, 10)));
 }
 
+TEST_F(X11RunningApplicationsTests, ADialogInFrontIsTheApplicationOfItsProcess) {
+    program.show({.process = 10});
+    awaitFrontWindow(program.show({.instanceName = "x", .className = "Dialog", .process = 10}));
+    EXPECT_THAT(applications().frontmost(), Optional(applications().list().front()));
+    EXPECT_THAT(applications().frontmost(), Optional(Field(&RunningApplication::localizedName, "Sonde")));
+}
+
 TEST_F(X11RunningApplicationsTests, AProcessWithTwoDesktopFilesIsTwoApplications) {
     program.show({});
     awaitFrontWindow(program.show({.instanceName = "x", .className = "named"}));

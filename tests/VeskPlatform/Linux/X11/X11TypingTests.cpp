@@ -1,3 +1,5 @@
+#include "VeskPlatform/Linux/X11/X11BorrowedKeys.hpp"
+#include "VeskPlatform/Linux/X11/X11Keymap.hpp"
 #include "VeskPlatform/Linux/X11/XcbKeyboard.hpp"
 #include "tests/VeskPlatform/Linux/X11/X11World.hpp"
 
@@ -122,6 +124,20 @@ TEST_F(X11TypingTests, ManyDifferentCharactersOfNoLayoutArrive) {
     for (unsigned int unit = 0x4E00; unit < 0x4E80; ++unit)
         expected += {char(0xE0 | unit >> 12U), char(0x80 | (unit >> 6U & 0x3F)), char(0x80 | (unit & 0x3F))};
     EXPECT_EQ(typedLine(), expected + "\n");
+}
+
+TEST_F(X11TypingTests, TwoThatTypeAtTheSameTimeBorrowDifferentKeys) {
+    X11Connection first(desktop->display()), second(desktop->display());
+    xkb_x11_setup_xkb_extension(first.get(), 1, 0, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr,
+                                nullptr);
+    const X11Keymap keymap(first, xkb_x11_get_core_keyboard_device_id(first.get()));
+    X11BorrowedKeys one(first, desktop->display()), other(second, desktop->display());
+    for (X11BorrowedKeys* keys : {&one, &other}) keys->adoptKeymap(keymap);
+    const auto letter = one.keyFor(XKB_KEY_Cyrillic_zhe, XKB_KEY_Cyrillic_ZHE);
+    const auto otherLetter = other.keyFor(XKB_KEY_ssharp, XKB_KEY_ssharp);
+    ASSERT_TRUE(letter && otherLetter);
+    EXPECT_NE(*letter, *otherLetter);
+    for (X11BorrowedKeys* keys : {&one, &other}) EXPECT_EQ(keys->keys().size(), 1U);
 }
 
 TEST_F(X11TypingTests, CapsLockChangesNothing) {
