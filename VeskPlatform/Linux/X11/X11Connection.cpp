@@ -81,7 +81,11 @@ void X11Connection::throwSilent() const {
                    "The display " + display_ + " did not answer within " + seconds(patience_) + ".");
 }
 
+/// The library waits without end for room in the socket, of which a server that has stopped leaves none.
 void X11Connection::flush() {
+    pollfd socket{xcb_get_file_descriptor(get()), POLLOUT, 0};
+    if (xcb_connection_has_error(get()) == 0 && ::poll(&socket, 1, static_cast<int>(patience_.count())) == 0)
+        throwSilent();
     xcb_flush(get());
     requireAlive();
 }

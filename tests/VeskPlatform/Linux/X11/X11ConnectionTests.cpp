@@ -96,6 +96,21 @@ TEST_F(X11BrokenServerTests, AServerThatDoesNotAnswerHasADeadline) {
     EXPECT_THAT(opening->description(), HasSubstr("did not answer within 1 second."));
 }
 
+TEST_F(X11BrokenServerTests, AServerThatTakesNoMoreRequestsHasADeadline) {
+    X11Connection connection(desktop.display(), patience);
+    ::kill(desktop.server(), SIGSTOP);
+    constexpr int moreThanFit = 100'000;
+    const auto error = errorOf([&] {
+        for (int i = 0; i < moreThanFit; ++i) {
+            xcb_no_operation(connection.get());
+            connection.flush();
+        }
+    });
+    ::kill(desktop.server(), SIGCONT);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind(), Kind::silent);
+}
+
 TEST_F(X11BrokenServerTests, WhatTheServerRefusesIsNoAnswer) {
     X11Connection connection(desktop.display());
     EXPECT_EQ(connection.answer<xcb_get_geometry_reply_t>(xcb_get_geometry(connection.get(), 0x7ABCDEF)), nullptr);
