@@ -29,6 +29,10 @@ public:
     /// A new folder in the system's one for temporary files, of that prefix and a random UUID in upper case. What
     /// killed runs left of the same prefix is removed. Throws PosixError.
     virtual std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) = 0;
+    /// Whether a file, a link followed, is there that the user may run.
+    virtual bool isExecutableFile(const std::string& path) = 0;
+    /// The absolute path with all links resolved as far as it exists; what does not exist stays as it is.
+    virtual std::string resolvedPath(const std::string& path) = 0;
 };
 
 } // namespace vesk

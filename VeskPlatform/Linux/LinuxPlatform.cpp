@@ -16,6 +16,7 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Linux/PosixProcesses.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
@@ -54,6 +55,7 @@ struct LinuxPlatform::Adapters {
     std::optional<PosixFileManager> fileManager;
     std::optional<PosixFileReader> fileReader;
     std::optional<PosixPrivateFiles> privateFiles;
+    std::optional<PosixProcesses> processes;
     std::optional<CompanionSettingsOpener> settingsOpener;
     std::optional<PropertyListBundleInformation> bundleInformation;
     std::optional<DriveCloudAccount> cloudAccount;
@@ -92,6 +94,7 @@ PdfDocuments& LinuxPlatform::pdfDocuments() {
     return built(adapters_->pdfDocuments, moduleFolderOf(runningExecutable()));
 }
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
+Processes& LinuxPlatform::processes() { return built(adapters_->processes); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
 

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vesk {
 
@@ -39,6 +40,17 @@ std::unique_ptr<WorkDirectory> PosixFileManager::makeWorkDirectory(const std::st
     std::string name = randomUuid();
     std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return std::make_unique<WorkFolder>(temporaryFolder(), prefix, name);
+}
+
+bool PosixFileManager::isExecutableFile(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
+}
+
+std::string PosixFileManager::resolvedPath(const std::string& path) {
+    std::error_code failure;
+    const fs::path resolved = fs::weakly_canonical(path, failure);
+    return failure ? path : resolved.string();
 }
 
 } // namespace vesk

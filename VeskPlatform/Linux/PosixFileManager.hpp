@@ -12,6 +12,8 @@ public:
     bool fileExists(const std::string& path) override;
     void removeItem(const std::string& path) override;
     std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) override;
+    bool isExecutableFile(const std::string& path) override;
+    std::string resolvedPath(const std::string& path) override;
 };
 
 } // namespace vesk

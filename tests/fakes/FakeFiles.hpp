@@ -46,6 +46,12 @@ public:
         if (existing.erase(path) == 0) throw PosixError(ENOENT, path);
     }
 
+    /// Programs are among the existing files too; links lead from a path to another.
+    std::set<std::string> executable;
+    std::map<std::string, std::string> links;
+
+    bool isExecutableFile(const std::string& path) override { return executable.contains(path); }
+    std::string resolvedPath(const std::string& path) override { return links.contains(path) ? links.at(path) : path; }
     std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) override {
         begin("makeWorkDirectory", prefix);
         return std::make_unique<Work>(*this, "/temporary/" + prefix + "UUID");
