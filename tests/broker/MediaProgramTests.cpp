@@ -213,6 +213,18 @@ TEST_F(MediaProgram, SoundOfSixChannelsIsMixedDown) {
     EXPECT_GT(volume(0.2), -40);
 }
 
+TEST_F(MediaProgram, SoundThatChangesItsChannelsInTheMiddleIsKept) {
+    for (const std::string channels : {"6", "1"})
+        ffmpeg({"-f", "lavfi", "-i", "testsrc=s=320x240:d=1", "-f", "lavfi", "-i", "sine=440:d=1", "-c:a", "ac3", "-ac",
+                channels, "-shortest"},
+               channels + ".mp4");
+    write("list", "file '6.mp4'\nfile '1.mp4'\n");
+    ffmpeg({"-f", "concat", "-i", path("list"), "-c", "copy"}, "changing.mp4");
+    composeWell({"changing.mp4"});
+    EXPECT_GT(volume(0.2), -40);
+    EXPECT_GT(volume(1.3), -40);
+}
+
 /// Exif's orientation in front of a JPEG's own data.
 std::string withOrientation(const std::string& jpeg, char value) {
     const char exif[] = "\xFF\xE1\x00\x22"
