@@ -320,6 +320,17 @@ TEST_F(MediaProgram, ClipsOfOddSizesAndSquashedPixelsFit) {
     EXPECT_COLOUR(square.at(54, 30), black);
 }
 
+TEST_F(MediaProgram, WhatTheFileSaysOfItsPixelsCountsMoreThanTheStream) {
+    ffmpeg(
+        {"-f", "lavfi", "-i", "color=c=red:s=300x600:d=1", "-vf", "setsar=1", "-c:v", "libx264", "-pix_fmt", "yuv420p"},
+        "narrow.mp4");
+    ffmpeg({"-i", path("narrow.mp4"), "-c", "copy", "-aspect", "1:1"}, "widened.mp4");
+    composeWell({"widened.mp4"});
+    EXPECT_COLOUR(frame(0.5).at(4, 96), red);
+    EXPECT_COLOUR(frame(0.5).at(104, 96), red);
+    EXPECT_COLOUR(frame(0.5).at(54, 30), black);
+}
+
 TEST_F(MediaProgram, HighDynamicRangeIsMappedDown) {
     ffmpeg({"-f", "lavfi", "-i", "color=c=gray:s=320x320:d=1", "-vf",
             "format=yuv420p10le,setparams=color_primaries=bt2020:color_trc=smpte2084:colorspace=bt2020nc", "-c:v",
