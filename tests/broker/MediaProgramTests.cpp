@@ -374,6 +374,16 @@ TEST_F(MediaProgram, APictureOfAnotherFormatThanItsNameIsRead) {
     expectQuarters(frame(1), {red, lime, blue, yellow}, 60, 130);
 }
 
+TEST_F(MediaProgram, APictureThatIsNotWholeIsRefused) {
+    ffmpeg({"-f", "lavfi", "-i", "testsrc2=s=400x300", "-frames:v", "1"}, "whole.jpg");
+    const std::string whole = read("whole.jpg");
+    write("half.jpg", whole.substr(0, whole.size() / 2));
+    expectFailure({"half.jpg"}, "Unable to decode image: half.jpg");
+    write("unended.jpg", whole.substr(0, whole.size() - 2)); // but for the marker of its end
+    write("longer.jpg", whole + std::string(1000, 'x'));
+    composeWell({"unended.jpg", "longer.jpg"});
+}
+
 TEST_F(MediaProgram, APictureThatIsTooLargeToDecodeIsRefused) {
     // One bit a pixel, all of it black.
     run("python3", {"-c", R"(
