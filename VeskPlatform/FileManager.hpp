@@ -23,8 +23,8 @@ public:
     virtual void createDirectory(const std::string& path) = 0;
     /// Whether anything is there, a link followed.
     virtual bool fileExists(const std::string& path) = 0;
-    /// Removes a file, a link itself, or a folder with everything in it. Throws PosixError, ENOENT where nothing is
-    /// there.
+    /// Removes a file, a link itself, or an empty folder. Throws PosixError, ENOENT where nothing is there, ENOTEMPTY
+    /// for a folder with something in it: a path that is wrong by mistake costs nobody a folder.
     virtual void removeItem(const std::string& path) = 0;
     /// A new folder in the system's one for temporary files, of that prefix and a random UUID in upper case. What
     /// killed runs left of the same prefix is removed. Throws PosixError.

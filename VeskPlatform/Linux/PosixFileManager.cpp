@@ -32,8 +32,9 @@ bool PosixFileManager::fileExists(const std::string& path) {
 
 void PosixFileManager::removeItem(const std::string& path) {
     std::error_code failure;
-    if (fs::remove_all(path, failure) == 0 && !failure) throw PosixError(ENOENT, path);
+    const bool wasThere = fs::remove(path, failure);
     if (failure) throw PosixError(failure.value(), path);
+    if (!wasThere) throw PosixError(ENOENT, path);
 }
 
 std::unique_ptr<WorkDirectory> PosixFileManager::makeWorkDirectory(const std::string& prefix) {

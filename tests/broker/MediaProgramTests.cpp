@@ -213,6 +213,18 @@ TEST_F(MediaProgram, SoundOfSixChannelsIsMixedDown) {
     EXPECT_GT(volume(0.2), -40);
 }
 
+TEST_F(MediaProgram, SoundThatChangesItsChannelsInTheMiddleIsKept) {
+    for (const std::string channels : {"6", "1"})
+        ffmpeg({"-f", "lavfi", "-i", "testsrc=s=320x240:d=1", "-f", "lavfi", "-i", "sine=440:d=1", "-c:a", "ac3", "-ac",
+                channels, "-shortest"},
+               channels + ".mp4");
+    write("list", "file '6.mp4'\nfile '1.mp4'\n");
+    ffmpeg({"-f", "concat", "-i", path("list"), "-c", "copy"}, "changing.mp4");
+    composeWell({"changing.mp4"});
+    EXPECT_GT(volume(0.2), -40);
+    EXPECT_GT(volume(1.3), -40);
+}
+
 /// Exif's orientation in front of a JPEG's own data.
 std::string withOrientation(const std::string& jpeg, char value) {
     const char exif[] = "\xFF\xE1\x00\x22"
@@ -308,6 +320,17 @@ TEST_F(MediaProgram, ClipsOfOddSizesAndSquashedPixelsFit) {
     EXPECT_COLOUR(square.at(54, 30), black);
 }
 
+TEST_F(MediaProgram, WhatTheFileSaysOfItsPixelsCountsMoreThanTheStream) {
+    ffmpeg(
+        {"-f", "lavfi", "-i", "color=c=red:s=300x600:d=1", "-vf", "setsar=1", "-c:v", "libx264", "-pix_fmt", "yuv420p"},
+        "narrow.mp4");
+    ffmpeg({"-i", path("narrow.mp4"), "-c", "copy", "-aspect", "1:1"}, "widened.mp4");
+    composeWell({"widened.mp4"});
+    EXPECT_COLOUR(frame(0.5).at(4, 96), red);
+    EXPECT_COLOUR(frame(0.5).at(104, 96), red);
+    EXPECT_COLOUR(frame(0.5).at(54, 30), black);
+}
+
 TEST_F(MediaProgram, HighDynamicRangeIsMappedDown) {
     ffmpeg({"-f", "lavfi", "-i", "color=c=gray:s=320x320:d=1", "-vf",
             "format=yuv420p10le,setparams=color_primaries=bt2020:color_trc=smpte2084:colorspace=bt2020nc", "-c:v",
@@ -349,6 +372,16 @@ TEST_F(MediaProgram, APictureOfAnotherFormatThanItsNameIsRead) {
     std::filesystem::rename(path("really.png"), path("called.jpg"));
     composeWell({"called.jpg"});
     expectQuarters(frame(1), {red, lime, blue, yellow}, 60, 130);
+}
+
+TEST_F(MediaProgram, APictureThatIsNotWholeIsRefused) {
+    ffmpeg({"-f", "lavfi", "-i", "testsrc2=s=400x300", "-frames:v", "1"}, "whole.jpg");
+    const std::string whole = read("whole.jpg");
+    write("half.jpg", whole.substr(0, whole.size() / 2));
+    expectFailure({"half.jpg"}, "Unable to decode image: half.jpg");
+    write("unended.jpg", whole.substr(0, whole.size() - 2)); // but for the marker of its end
+    write("longer.jpg", whole + std::string(1000, 'x'));
+    composeWell({"unended.jpg", "longer.jpg"});
 }
 
 TEST_F(MediaProgram, APictureThatIsTooLargeToDecodeIsRefused) {

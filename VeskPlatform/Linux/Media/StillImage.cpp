@@ -41,7 +41,6 @@ std::int64_t pixels(const AVCodecParameters& parameters) {
 
 /// How often the sides of a JPEG are halved while it is decoded, so that they keep `needed` pixels if they can.
 int halvings(const AVCodecParameters& parameters, std::size_t needed) {
-    if (parameters.codec_id != AV_CODEC_ID_MJPEG) return 0;
     const std::int64_t longer = std::max(parameters.width, parameters.height);
     int count = 0;
     while (count < mostHalvings
@@ -82,12 +81,11 @@ public:
     std::unique_ptr<MediaImage> makeThumbnail(std::size_t maximumPixelSize) override {
         try {
             const AVStream& stream = *input_->streams[stream_];
-            AVDictionary* options = nullptr;
-            const int count = halvings(*stream.codecpar, maximumPixelSize);
-            av_dict_set_int(&options, "lowres", count, 0);
+            const bool isJpeg = stream.codecpar->codec_id == AV_CODEC_ID_MJPEG;
+            const int count = isJpeg ? halvings(*stream.codecpar, maximumPixelSize) : 0;
             if (pixels(*stream.codecpar) >> (2 * count) > mostDecodedPixels) return nullptr;
-            const CodecPointer decoder = openDecoder(stream, &options);
-            av_dict_free(&options);
+            // What a JPEG lacks would be green; the other decoders refuse such pictures themselves.
+            const CodecPointer decoder = openDecoder(stream, {.halvings = count, .refusesDamage = isJpeg});
             FramePointer picture = firstPicture(*input_, *decoder, stream_);
             if (!picture) return nullptr;
             const Orientation orientation = storedOrientation(*picture);

@@ -3,6 +3,7 @@
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <filesystem>
+#include <fstream>
 
 namespace vesk::test {
 namespace {
@@ -27,6 +28,27 @@ TEST(PosixFileManager, MakesAFolderWithThoseAboveIt) {
     PosixFileManager().createDirectory(path);
     PosixFileManager().createDirectory(path);
     EXPECT_TRUE(std::filesystem::is_directory(path));
+}
+
+TEST(PosixFileManager, RemovesAFileAndAnEmptyFolder) {
+    const TemporaryFolder folder;
+    PosixFileManager files;
+    std::ofstream(folder / "file") << "text";
+    files.createDirectory(folder / "empty");
+    for (const std::string name : {"file", "empty"}) {
+        files.removeItem(folder / name);
+        EXPECT_FALSE(files.fileExists(folder / name)) << name;
+        EXPECT_EQ(posixCodeOf([&] { files.removeItem(folder / name); }), ENOENT) << name;
+    }
+}
+
+TEST(PosixFileManager, AFolderWithSomethingInItIsNotRemoved) {
+    const TemporaryFolder folder;
+    PosixFileManager files;
+    files.createDirectory(folder / "full");
+    std::ofstream(folder / "full/file") << "text";
+    EXPECT_EQ(posixCodeOf([&] { files.removeItem(folder / "full"); }), ENOTEMPTY);
+    EXPECT_TRUE(files.fileExists(folder / "full/file"));
 }
 
 TEST(PosixFileManager, TellsTheWorkingFolder) {
