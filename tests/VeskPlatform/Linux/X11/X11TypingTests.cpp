@@ -3,11 +3,13 @@
 #include "VeskPlatform/Linux/X11/XcbKeyboard.hpp"
 #include "tests/VeskPlatform/Linux/X11/X11World.hpp"
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
@@ -45,10 +47,12 @@ protected:
         ASSERT_NE(prepared, nullptr) << "key " << event.keyCode;
         events.post(*prepared);
     }
+    /// At the pace at which the assistant types: a program looks up what a key means when it comes to the event.
     static void type(InputEvents& events, const std::u16string& text) {
         for (const char16_t unit : text) {
             post(events, {.keyDown = true, .unit = unit});
             post(events, {.keyDown = false, .unit = unit});
+            std::this_thread::sleep_for(std::chrono::milliseconds(6));
         }
     }
     void type(const std::u16string& text) { type(session->inputEvents(), text); }
