@@ -260,6 +260,18 @@ TEST_F(MediaProgram, ThePhonesOrientationOfAJpegIsApplied) {
     }
 }
 
+TEST_F(MediaProgram, TheOrientationOfAPngIsApplied) {
+    quarters("plain.png", "400x200");
+    const std::string png = read("plain.png");
+    const char chunk[] = "\0\0\0\x1A"
+                         "eXIfMM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0\0\0\0\0"
+                         "\0\0\0\0"; // nobody looks at the checksum
+    constexpr std::size_t afterHeader = 33;
+    write("turned.png", png.substr(0, afterHeader) + std::string(chunk, sizeof chunk - 1) + png.substr(afterHeader));
+    composeWell({"turned.png"});
+    expectQuarters(frame(1), {blue, red, yellow, lime}, 40, 150);
+}
+
 TEST_F(MediaProgram, TransparentPlacesOfAPictureAreBlack) {
     ffmpeg({"-f", "lavfi", "-i", "color=c=red@0.5:s=200x200,format=rgba", "-frames:v", "1"}, "half.png");
     composeWell({"half.png"});
