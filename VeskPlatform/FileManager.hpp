@@ -78,12 +78,19 @@ public:
     /// Nothing that is a link is followed. Throws PosixError: EEXIST where the destination is there, EINVAL for a
     /// folder that would go into itself, and for a pipe, a socket or a device. What was copied until then is removed.
     virtual void copyItem(const std::string& path, const std::string& destination) = 0;
+    /// Removes a file, a link itself, or an empty folder. Throws PosixError, ENOENT where nothing is there, ENOTEMPTY
+    /// for a folder with something in it: a path that is wrong by mistake costs nobody a folder.
+    virtual void removeFile(const std::string& path) = 0;
     /// Removes a file, a link itself, or a folder with everything in it. Throws PosixError, ENOENT where nothing is
     /// there.
     virtual void removeItem(const std::string& path) = 0;
     /// A new folder in the system's one for temporary files, of that prefix and a random UUID in upper case. What
     /// killed runs left of the same prefix is removed. Throws PosixError.
     virtual std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) = 0;
+    /// Whether a file, a link followed, is there that the user may run.
+    virtual bool isExecutableFile(const std::string& path) = 0;
+    /// The absolute path with all links resolved as far as it exists; what does not exist stays as it is.
+    virtual std::string resolvedPath(const std::string& path) = 0;
 };
 
 } // namespace vesk

@@ -25,6 +25,7 @@ class MessagesScriptRunner;
 class MonotonicClock;
 class PdfDocuments;
 class PrivateFiles;
+class Processes;
 class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
@@ -64,6 +65,7 @@ public:
     virtual SerialQueue& logQueue() = 0;
     virtual PdfDocuments& pdfDocuments() = 0;
     virtual PrivateFiles& privateFiles() = 0;
+    virtual Processes& processes() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;
     virtual WebEngine& webEngine() = 0;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace vesk {
 namespace {
@@ -21,9 +22,16 @@ template <class T> std::optional<T> copyOf(const AccessibilityAnswer& answer, st
     return value == nullptr ? std::nullopt : std::optional<T>(*value);
 }
 
-template <class Number> std::string numberText(Number number) {
+std::string numberText(std::int64_t number) { return std::to_string(number); }
+
+/// The shortest digits that mean the number; with an exponent only where it is very large or very small.
+std::string numberText(double number) {
+    const double magnitude = std::abs(number);
+    const bool isPlain = magnitude == 0 || (magnitude >= 1e-4 && magnitude < 1e16);
     std::array<char, 32> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                   isPlain ? std::chars_format::fixed : std::chars_format::scientific)
+                         .ptr;
     return {buffer.data(), end};
 }
 

@@ -10,7 +10,7 @@ namespace vesk {
 /// Removes what is there, if anything is and it can be.
 inline void removeIgnoringErrors(FileManager& files, const std::string& path) {
     try {
-        files.removeItem(path);
+        files.removeFile(path);
     } catch (const ErrorRecord&) { // whatever comes next tells
     }
 }

@@ -42,7 +42,7 @@ std::int64_t countedPages(Platform& platform, const std::string& path) {
     const auto pages = platform.pdfDocuments().pageCount(path);
     if (pages && *pages >= 1) return *pages;
     try {
-        platform.fileManager().removeItem(path);
+        platform.fileManager().removeFile(path);
     } catch (const ErrorRecord&) { // the document is the failure to tell of
     }
     throw pdfError("The rendered PDF could not be opened.", 500);
@@ -61,7 +61,7 @@ Task<void> printDocument(Platform& platform, std::string document, WebPrintJob j
     co_await navigation.waitForLoad();
     co_await platform.sleeper().sleep(settlingTime);
     FileManager& files = platform.fileManager();
-    if (files.fileExists(job.outputPath)) files.removeItem(job.outputPath);
+    if (files.fileExists(job.outputPath)) files.removeFile(job.outputPath);
     auto printing = renderPaginatedPDF(*view, std::move(job));
     co_await std::move(printing);
 }

@@ -21,14 +21,27 @@ icu::UnicodeString toUnicode(std::string_view text) {
     return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
 }
 
+std::uint32_t flagsOf(LetterCase letterCase) {
+    return letterCase == LetterCase::ignored ? std::uint32_t{UREGEX_CASE_INSENSITIVE} : 0U;
+}
+
 } // namespace
+
+bool containsMatch(std::string_view text, const std::string& pattern, LetterCase letterCase) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString input = toUnicode(text);
+    icu::RegexMatcher matcher(toUnicode(pattern), input, flagsOf(letterCase), status);
+    require(status, pattern);
+    const bool found = matcher.find(status) != 0;
+    require(status, pattern);
+    return found;
+}
 
 std::string replacingMatches(std::string_view text, const std::string& pattern, LetterCase letterCase,
                              const std::string& replacement) {
     UErrorCode status = U_ZERO_ERROR;
     const icu::UnicodeString input = toUnicode(text);
-    const std::uint32_t flags = letterCase == LetterCase::ignored ? std::uint32_t{UREGEX_CASE_INSENSITIVE} : 0U;
-    icu::RegexMatcher matcher(toUnicode(pattern), input, flags, status);
+    icu::RegexMatcher matcher(toUnicode(pattern), input, flagsOf(letterCase), status);
     require(status, pattern);
     const icu::UnicodeString replaced = matcher.replaceAll(toUnicode(replacement), status);
     require(status, pattern);

@@ -13,4 +13,7 @@ enum class LetterCase { matters, ignored };
 std::string replacingMatches(std::string_view text, const std::string& pattern, LetterCase letterCase,
                              const std::string& replacement);
 
+/// Whether `pattern` matches anywhere in `text`, and throws, as above.
+bool containsMatch(std::string_view text, const std::string& pattern, LetterCase letterCase);
+
 } // namespace vesk

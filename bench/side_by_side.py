@@ -15,6 +15,8 @@ from pathlib import Path
 
 import calendars
 import contacts
+import desktop
+import desktop_focus
 import files
 import mail
 import micro
@@ -25,8 +27,8 @@ import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
-SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail, "pdf": pdf,
-            "reel": reel, "files": files}
+SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
+            "desktop": desktop, "desktop_focus": desktop_focus, "pdf": pdf, "reel": reel, "files": files}
 
 
 def parsed_arguments():

@@ -105,3 +105,24 @@ show VeskCapabilityBroker mail-list --view unread
 show VeskCapabilityBroker mail-list --view flagged --limit 5
 show VeskCapabilityBroker mail-check-followup --subject "Quarterly report" --message-id report-1@example.com \
     --since "$(date -u -d "$today 4 days ago" +%Y-%m-%dT00:00:00Z)"
+
+section "Documents: HTML as a PDF file"
+if [[ -x /usr/lib/chromium/chromium-headless-shell || -x /usr/lib/chromium/chromium ]]; then
+    sed "s|@WORK@|$work|" "$demo/letter.json" >"$work/letter.json"
+    show VeskCapabilityBroker pdf-render-html --request "$work/letter.json"
+else
+    printf '\nLeft out: it needs the Debian package chromium-headless-shell.\n'
+fi
+
+section "Films: pictures, one after the other"
+cat >"$work/reel.json" <<JSON
+{
+  "profile": "instagram_reel",
+  "inputs": [
+    { "path": "$demo/pictures/hills.png" },
+    { "path": "$demo/pictures/sea.png" }
+  ],
+  "outputPath": "$work/reel.mp4"
+}
+JSON
+show VeskCapabilityBroker media-compose --request "$work/reel.json"

@@ -1,9 +1,8 @@
 #include "vesk/DoctorServices.hpp"
 
-#include "VeskPlatform/Linux/ChildProcess.hpp"
-#include "VeskPlatform/Linux/DesktopReach.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskSupport/Text.hpp"
+#include "vesk/DoctorDesktop.hpp"
 #include "vesk/DoctorMessaging.hpp"
 
 #include <algorithm>
@@ -29,20 +28,6 @@ std::string named(const std::vector<std::string>& paths, const std::string& one,
     std::string text = std::to_string(paths.size()) + " " + (paths.size() == 1 ? one : several) + ": "
                        + joined({paths.begin(), paths.begin() + static_cast<std::ptrdiff_t>(count)}, ", ");
     return paths.size() > count ? text + " and " + std::to_string(paths.size() - count) + " more" : text;
-}
-
-DoctorService desktopService(const std::string& service, Environment& environment) {
-    DoctorService result{service, {}};
-    if (!desktopCanBeReached(environment))
-        result.findings.push_back({"No display can be reached.", "Run within a desktop session (DISPLAY)."});
-    return result;
-}
-
-DoctorService accessibilityService(Environment& environment) {
-    DoctorService result = desktopService("AT-SPI and XTest", environment);
-    if (!installedProgram("at-spi-bus-launcher", {"/usr/libexec", "/usr/lib/at-spi2-core"}))
-        result.findings.push_back({"The accessibility bus is not installed.", "apt install at-spi2-core"});
-    return result;
 }
 
 /// The store of a capability, with what is amiss in it.
@@ -82,10 +67,10 @@ DoctorService cloudService(Environment& environment) {
 DoctorService serviceOf(CapabilityKind kind, Environment& environment, const std::vector<StoreReport>& stores) {
     switch (kind) {
     case CapabilityKind::fullDiskAccess: return {"The permissions of the file system", {}};
-    case CapabilityKind::screenRecording: return desktopService("X11, or the desktop portals", environment);
+    case CapabilityKind::screenRecording: return examineScreenRecording(environment);
     case CapabilityKind::systemAudio:
     case CapabilityKind::microphone: return {"Nothing uses it", {}};
-    case CapabilityKind::accessibility: return accessibilityService(environment);
+    case CapabilityKind::accessibility: return examineAccessibility(environment);
     case CapabilityKind::calendar: return storeService("Calendar folders", kind, stores);
     case CapabilityKind::reminders: return storeService("To-do folders", kind, stores);
     case CapabilityKind::contacts: return storeService("vCard folders", kind, stores);

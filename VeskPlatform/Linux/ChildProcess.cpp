@@ -67,22 +67,38 @@ void readBoth(FileDescriptor& output, FileDescriptor& errors, ProgramResult& res
     }
 }
 
+/// Where a program writes; -1 is nowhere.
+struct Streams {
+    int output = -1, errors = -1;
+};
+
+void addStream(posix_spawn_file_actions_t& actions, int stream, int target) {
+    if (target < 0)
+        ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
+    else
+        ::posix_spawn_file_actions_adddup2(&actions, target, stream);
+}
+
 /// A program begins with every signal at its default and none blocked: this process ignores SIGPIPE, its threads may
 /// block others, and both would be inherited.
-pid_t spawn(const std::vector<std::string>& arguments, const Pipe& output, const Pipe& errors) {
+pid_t spawn(const std::vector<std::string>& arguments, const Streams& streams) {
     sigset_t all, none;
     ::sigfillset(&all);
     ::sigemptyset(&none);
+    // A program that leaves others behind gives them a session that no terminal of this one ends.
+    const bool isQuiet = streams.output < 0;
+    const auto flags =
+        static_cast<short>(POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | (isQuiet ? POSIX_SPAWN_SETSID : 0));
     posix_spawnattr_t attributes;
     ::posix_spawnattr_init(&attributes);
     ::posix_spawnattr_setsigdefault(&attributes, &all);
     ::posix_spawnattr_setsigmask(&attributes, &none);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    ::posix_spawnattr_setflags(&attributes, flags);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    ::posix_spawn_file_actions_adddup2(&actions, output.writing.get(), STDOUT_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, errors.writing.get(), STDERR_FILENO);
+    addStream(actions, STDOUT_FILENO, streams.output);
+    addStream(actions, STDERR_FILENO, streams.errors);
     ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     pid_t child = -1;
     const int failure =
@@ -126,7 +142,7 @@ std::optional<ProgramResult> runProgram(const std::vector<std::string>& argument
     auto output = makePipe(), errors = makePipe();
     if (!output || !errors) return std::nullopt;
     keepStatusOfChildren();
-    const pid_t child = spawn(arguments, *output, *errors);
+    const pid_t child = spawn(arguments, {output->writing.get(), errors->writing.get()});
     if (child < 0) return std::nullopt;
     output->writing.reset();
     errors->writing.reset();
@@ -134,6 +150,12 @@ std::optional<ProgramResult> runProgram(const std::vector<std::string>& argument
     readBoth(output->reading, errors->reading, result);
     result.status = waitFor(child);
     return result;
+}
+
+std::optional<int> runQuietly(const std::vector<std::string>& arguments) {
+    keepStatusOfChildren();
+    const pid_t child = spawn(arguments, {});
+    return child < 0 ? std::nullopt : std::optional(waitFor(child));
 }
 
 bool startDetached(const std::vector<std::string>& arguments) {

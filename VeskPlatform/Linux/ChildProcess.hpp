@@ -23,6 +23,10 @@ struct ProgramResult {
 /// their defaults whatever this process ignores or blocks.
 std::optional<ProgramResult> runProgram(const std::vector<std::string>& arguments);
 
+/// The status, as above, of a program whose streams are /dev/null, in a session of its own: what it starts may outlive
+/// it. None where it cannot be started.
+std::optional<int> runQuietly(const std::vector<std::string>& arguments);
+
 /// Starts a program that lives on by itself: its own session, all three streams /dev/null, nobody's child to reap,
 /// descriptors and signals as above. False where it cannot be started.
 bool startDetached(const std::vector<std::string>& arguments);

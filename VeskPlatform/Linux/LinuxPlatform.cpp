@@ -17,6 +17,7 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Linux/PosixProcesses.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
@@ -56,6 +57,7 @@ struct LinuxPlatform::Adapters {
     std::optional<PosixFileReader> fileReader;
     std::optional<HomePlaces> filePlaces;
     std::optional<PosixPrivateFiles> privateFiles;
+    std::optional<PosixProcesses> processes;
     std::optional<CompanionSettingsOpener> settingsOpener;
     std::optional<PropertyListBundleInformation> bundleInformation;
     std::optional<DriveCloudAccount> cloudAccount;
@@ -95,6 +97,7 @@ PdfDocuments& LinuxPlatform::pdfDocuments() {
     return built(adapters_->pdfDocuments, moduleFolderOf(runningExecutable()));
 }
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
+Processes& LinuxPlatform::processes() { return built(adapters_->processes); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
 

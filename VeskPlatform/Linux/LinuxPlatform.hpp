@@ -51,6 +51,7 @@ public:
     SerialQueue& logQueue() override;
     PdfDocuments& pdfDocuments() override;
     PrivateFiles& privateFiles() override;
+    Processes& processes() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;
     WebEngine& webEngine() override;

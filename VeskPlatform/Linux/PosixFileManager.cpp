@@ -156,17 +156,37 @@ void PosixFileManager::copyItem(const std::string& path, const std::string& dest
     copyTree(path, destination);
 }
 
+void PosixFileManager::removeFile(const std::string& path) {
+    requireNoNullByte(path);
+    std::error_code failure;
+    const bool wasThere = fs::remove(path, failure);
+    if (failure) throw PosixError(failure.value(), path);
+    if (!wasThere) throw PosixError(ENOENT, path);
+}
+
 void PosixFileManager::removeItem(const std::string& path) {
     requireNoNullByte(path);
     std::error_code failure;
-    if (fs::remove_all(path, failure) == 0 && !failure) throw PosixError(ENOENT, path);
+    const std::uintmax_t removed = fs::remove_all(path, failure);
     if (failure) throw PosixError(failure.value(), path);
+    if (removed == 0) throw PosixError(ENOENT, path);
 }
 
 std::unique_ptr<WorkDirectory> PosixFileManager::makeWorkDirectory(const std::string& prefix) {
     std::string name = randomUuid();
     std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return std::make_unique<WorkFolder>(temporaryFolder(), prefix, name);
+}
+
+bool PosixFileManager::isExecutableFile(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
+}
+
+std::string PosixFileManager::resolvedPath(const std::string& path) {
+    std::error_code failure;
+    const fs::path resolved = fs::weakly_canonical(path, failure);
+    return failure ? path : resolved.string();
 }
 
 } // namespace vesk

@@ -16,8 +16,11 @@ public:
     std::string firstBytes(const std::string& path, std::size_t count) override;
     void writeFile(const std::string& path, std::string_view bytes, ExistingFile existing) override;
     void copyItem(const std::string& path, const std::string& destination) override;
+    void removeFile(const std::string& path) override;
     void removeItem(const std::string& path) override;
     std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) override;
+    bool isExecutableFile(const std::string& path) override;
+    std::string resolvedPath(const std::string& path) override;
 };
 
 } // namespace vesk

@@ -104,8 +104,8 @@ TEST_F(MediaOperations, JoinsImagesAndVideos) {
 TEST_F(MediaOperations, TheWorkFolderGoesWithTheRun) {
     compose({"/in/a.png"});
     EXPECT_THAT(files.calls,
-                ElementsAre("createDirectory /out", "removeItem /out/reel.mp4", "makeWorkDirectory vesk-media-compose-",
-                            "removeItem " + work + "/image-0.mp4", "removeWorkDirectory " + work));
+                ElementsAre("createDirectory /out", "removeFile /out/reel.mp4", "makeWorkDirectory vesk-media-compose-",
+                            "removeFile " + work + "/image-0.mp4", "removeWorkDirectory " + work));
 }
 
 TEST_F(MediaOperations, BlankInputsAreLeftOutAndDoNotCount) {

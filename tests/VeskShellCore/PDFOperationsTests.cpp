@@ -114,7 +114,7 @@ TEST_F(PDFOperations, AnExistingFileIsRemovedBeforePrinting) {
     std::vector<std::string> removedByThen;
     engine.whenPrinted = [&] { removedByThen = files.calls; };
     render("x", "/out/a.pdf");
-    EXPECT_THAT(removedByThen, ElementsAre("createDirectory /out", "removeItem /out/a.pdf"));
+    EXPECT_THAT(removedByThen, ElementsAre("createDirectory /out", "removeFile /out/a.pdf"));
 }
 
 TEST_F(PDFOperations, AnExistingFileThatCannotBeRemovedFailsBeforePrinting) {

@@ -212,6 +212,17 @@ TEST_F(PdfProgram, ThePageHasNoNetworkNoFilesAndNoScripts) {
     EXPECT_THAT(log(), HasSubstr("pdf-render refused scheme=file\n"));
 }
 
+TEST_F(PdfProgram, ADocumentThatLeadsElsewhereIsPrintedItselfOrNotAtAll) {
+    for (const std::string url : {"", "about:blank", "about:srcdoc", "data:text/html,Other"}) {
+        const ProgramResult result =
+            render("<html><head><meta http-equiv=refresh content='0;url=" + url + "'></head><body>Kept</body></html>");
+        if (result.status == 0)
+            EXPECT_THAT(text(), HasSubstr("Kept")) << url;
+        else
+            EXPECT_THAT(log(), HasSubstr("reason=The document sent the browser engine to another one.")) << url;
+    }
+}
+
 TEST_F(PdfProgram, PicturesWithinTheDocumentAreShown) {
     renderWell("<body style='margin:0'><img width=800 height=400 src='data:image/gif;base64,"
                "R0lGODlhAQABAIAAAP8AAP///yH5BAAAAAAALAAAAAABAAEAAAICRAEAOw=='>");

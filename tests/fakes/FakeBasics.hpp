@@ -4,10 +4,12 @@
 #include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/LocaleSettings.hpp"
 #include "VeskPlatform/MonotonicClock.hpp"
+#include "VeskPlatform/Processes.hpp"
 #include "VeskPlatform/SerialQueue.hpp"
 #include "VeskPlatform/SettingsOpener.hpp"
 #include "VeskPlatform/Sleeper.hpp"
 
+#include <cerrno>
 #include <deque>
 #include <functional>
 #include <map>
@@ -68,6 +70,16 @@ public:
         return launches;
     }
     void openUrl(const std::string& url) override { opened.push_back(url); }
+};
+
+/// Processes by number, with the error of a signal to each; others are not there.
+class FakeProcesses : public Processes {
+public:
+    std::map<std::int32_t, int> errors;
+    int errorOfNullSignal(std::int32_t processIdentifier) override {
+        const auto found = errors.find(processIdentifier);
+        return found == errors.end() ? ESRCH : found->second;
+    }
 };
 
 /// Stands still until a test, or a sleeper, moves it.

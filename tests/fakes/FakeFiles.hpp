@@ -101,6 +101,13 @@ public:
         else
             copyTree(resolved(path), destination);
     }
+    void removeFile(const std::string& path) override {
+        begin("removeFile", path);
+        if (links.erase(path) > 0) return;
+        if (!isThere(path)) throw PosixError(ENOENT, path);
+        existing.erase(path);
+        texts.erase(path);
+    }
     void removeItem(const std::string& path) override {
         begin("removeItem", path);
         if (links.erase(path) > 0) return;
@@ -112,6 +119,11 @@ public:
         std::erase_if(folders, gone);
     }
 
+    /// Programs are among the existing files too.
+    std::set<std::string> executable;
+
+    bool isExecutableFile(const std::string& path) override { return executable.contains(path); }
+    std::string resolvedPath(const std::string& path) override { return links.contains(path) ? links.at(path) : path; }
     std::unique_ptr<WorkDirectory> makeWorkDirectory(const std::string& prefix) override {
         begin("makeWorkDirectory", prefix);
         return std::make_unique<Work>(*this, "/temporary/" + prefix + "UUID");

@@ -43,6 +43,7 @@ public:
     FakeMonotonicClock fakeMonotonicClock;
     FakePdfDocuments fakePdfDocuments;
     FakePrivateFiles fakePrivateFiles;
+    FakeProcesses fakeProcesses;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
     FakeSleeper fakeSleeper{fakeMonotonicClock};
@@ -73,6 +74,7 @@ public:
     SerialQueue& logQueue() override { return fakeLogQueue; }
     PdfDocuments& pdfDocuments() override { return fakePdfDocuments; }
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
+    Processes& processes() override { return fakeProcesses; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
     WebEngine& webEngine() override { return fakeWebEngine; }

@@ -1,10 +1,11 @@
 #include "tests/support/VirtualDesktop.hpp"
 
 #include "VeskPlatform/Linux/ChildProcess.hpp"
+#include "tests/support/BackgroundPrograms.hpp"
 
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
+#include <filesystem>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -16,28 +17,12 @@ namespace {
 
 constexpr std::chrono::seconds patience{15};
 
-std::string requiredProgram(const std::string& name, const std::string& package) {
-    const auto path = installedProgram(name);
-    if (!path) throw std::runtime_error(name + " is not installed: apt install " + package);
-    return *path;
-}
-
-pid_t start(const std::vector<std::string>& arguments) {
-    std::vector<char*> pointers;
-    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
-    pointers.push_back(nullptr);
-    const pid_t child = ::fork();
-    if (child != 0) return child;
-    const int null = ::open("/dev/null", O_RDWR);
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
-    ::execv(pointers[0], pointers.data());
-    ::_exit(127);
-}
-
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 /// Calls `attempt` until it gives something else than an empty text.
-template <class Attempt> std::string eventually(const std::string& what, Attempt attempt) {
+template <class Attempt>
+    requires(!std::is_invocable_r_v<bool, Attempt>)
+std::string eventually(const std::string& what, Attempt attempt) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (std::chrono::steady_clock::now() < deadline) {
         if (std::string result = attempt(); !result.empty()) return result;
@@ -53,25 +38,37 @@ std::string outputOf(const std::vector<std::string>& arguments) {
 
 } // namespace
 
-VirtualDesktop::VirtualDesktop() {
-    const std::string server = requiredProgram("Xvfb", "xvfb"), manager = requiredProgram("openbox", "openbox");
+void eventually(const std::string& what, const std::function<bool()>& condition) {
+    eventually(what, [&condition] { return std::string(condition() ? "yes" : ""); });
+}
+
+VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
+    const std::string server = requiredProgram("Xvfb", "xvfb");
     const std::string xdotool = requiredProgram("xdotool", "xdotool");
     // A number of our own: servers that look for a free one remove each other's sockets when they start at once.
     display_ = ":" + std::to_string(100 + ::getpid() % 50000);
-    servers_.push_back(start({server, display_, "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"}));
+    server_ = programs_.emplace_back(
+        startInBackground({server, display_, "-screen", "0", screen.format, "-nolisten", "tcp", "-noreset"}));
     setVariable("DISPLAY", display_);
     setVariable("HOME", folder_.path());
     setVariable("XDG_RUNTIME_DIR", folder_.path());
     setVariable("NO_AT_BRIDGE", "1");
     setVariable("GSETTINGS_BACKEND", "memory");
     eventually("the X server", [&] { return outputOf({xdotool, "getdisplaygeometry"}); });
-    servers_.push_back(start({manager}));
+    if (screen.hasWindowManager) {
+        // Windows that come before it has begun get no focus.
+        const std::string ready = folder_ / "managed";
+        programs_.push_back(startInBackground({requiredProgram("openbox", "openbox"), "--startup", "touch " + ready}));
+        eventually("the window manager", [&] { return std::filesystem::exists(ready); });
+    }
 }
 
 VirtualDesktop::~VirtualDesktop() {
-    for (auto server = servers_.rbegin(); server != servers_.rend(); ++server) {
-        ::kill(*server, SIGTERM);
-        ::waitpid(*server, nullptr, 0);
+    for (auto program = programs_.rbegin(); program != programs_.rend(); ++program) {
+        ::kill(*program, SIGCONT);
+        // Only the server has something to clear away; a busy window manager would take its time.
+        ::kill(*program, *program == server_ ? SIGTERM : SIGKILL);
+        ::waitpid(*program, nullptr, 0);
     }
     for (const std::string& name : variables_) ::unsetenv(name.c_str());
 }
@@ -80,6 +77,34 @@ void VirtualDesktop::setVariable(const std::string& name, const std::string& val
     ::setenv(name.c_str(), value.c_str(), 1);
     variables_.push_back(name);
 }
+
+std::string VirtualDesktop::run(const std::string& program, const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{requiredProgram(program, "of that program")};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const auto result = runProgram(command);
+    if (!result || result->status != 0)
+        throw std::runtime_error(program + " failed: " + (result ? result->errors : "not started"));
+    return firstLine(result->output);
+}
+
+pid_t VirtualDesktop::launch(const std::string& program, const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{requiredProgram(program, "of that program")};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return programs_.emplace_back(startInBackground(command));
+}
+
+void VirtualDesktop::kill(pid_t program) {
+    std::erase(programs_, program);
+    ::kill(program, SIGKILL);
+    ::waitpid(program, nullptr, 0);
+}
+
+pid_t VirtualDesktop::focusedProgram() const {
+    const std::string told = outputOf({"/usr/bin/xdotool", "getwindowfocus", "getwindowpid"});
+    return told.empty() ? 0 : static_cast<pid_t>(std::stol(told));
+}
+
+void VirtualDesktop::end() { kill(server_); }
 
 void VirtualDesktop::press(const std::string& title, const std::vector<std::string>& keys) {
     const std::string xdotool = "/usr/bin/xdotool";

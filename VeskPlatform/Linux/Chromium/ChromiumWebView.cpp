@@ -148,6 +148,12 @@ void ChromiumWebView::heard(const std::string& session, const std::string& metho
         attached_->answered.resume();
     } else if (method == "Page.documentOpened") {
         documentOpened_ = documentOpened_ || event.at("frame").value("id", std::string()) == frame_;
+    } else if ((method == "Page.frameScheduledNavigation" || method == "Page.frameRequestedNavigation")
+               && event.at("frameId") == frame_) {
+        connection_->send(session_, "Page.stopLoading", Json::object()); // in time as a rule
+    } else if (method == "Page.frameNavigated" && documentOpened_ && event.at("frame").at("id") == frame_) {
+        connection_->close(std::make_exception_ptr(
+            WebEngineError(WebEngineError::Kind::broken, "The document sent the browser engine to another one.")));
     } else if (method == "Page.loadEventFired" && documentOpened_) {
         loaded_->answered.resume();
     } else if (method == "Inspector.targetCrashed") {

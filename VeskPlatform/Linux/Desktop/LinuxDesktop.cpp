@@ -20,8 +20,8 @@ RunningApplications& LinuxDesktop::runningApplications() { return windowSystem()
 WindowSystem& LinuxDesktop::windowSystem() {
     if (!windowSystem_) {
         const bool isWayland = !surroundings_.environment.value("WAYLAND_DISPLAY").value_or("").empty();
-        const AdapterModule module = isWayland ? AdapterModule(moduleFolder_, "wayland", "libwayland-client0")
-                                               : AdapterModule(moduleFolder_, "x11", "libxtst6");
+        const AdapterModule module = isWayland ? AdapterModule(moduleFolder_, "wayland", waylandPackages)
+                                               : AdapterModule(moduleFolder_, "x11", x11Packages);
         windowSystem_.reset(module.function<WindowSystemFactory>("veskWindowSystem")(surroundings_));
     }
     return *windowSystem_;
@@ -29,7 +29,7 @@ WindowSystem& LinuxDesktop::windowSystem() {
 
 AccessibilityTree& LinuxDesktop::accessibilityTree() {
     if (!accessibilityTree_) {
-        const AdapterModule module(moduleFolder_, "atspi", "libatspi2.0-0");
+        const AdapterModule module(moduleFolder_, "atspi", "libsystemd0");
         accessibilityTree_.reset(module.function<AccessibilityFactory>("veskAccessibility")(surroundings_));
     }
     return *accessibilityTree_;

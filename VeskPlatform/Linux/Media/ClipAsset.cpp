@@ -19,13 +19,6 @@ AffineTransform preferredTransform(const AVStream& stream) {
     return {.a = entry(0), .b = entry(1), .c = entry(3), .d = entry(4), .tx = entry(6), .ty = entry(7)};
 }
 
-/// With pixels that are not square as many square ones wide.
-MediaSize naturalSize(AVFormatContext& input, AVStream& stream) {
-    const AVRational aspect = av_guess_sample_aspect_ratio(&input, &stream, nullptr);
-    const double stretch = aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1;
-    return {stream.codecpar->width * stretch, static_cast<double>(stream.codecpar->height)};
-}
-
 template <class Result, class Question> Result asked(const std::string& path, Question question) {
     try {
         const InputPointer input = openInput(path, clipFormats);

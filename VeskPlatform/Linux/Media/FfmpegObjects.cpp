@@ -54,14 +54,16 @@ InputPointer openInput(const std::string& path, const char* formats, const AVInp
     return input;
 }
 
-CodecPointer openDecoder(const AVStream& stream, AVDictionary** options) {
+CodecPointer openDecoder(const AVStream& stream, const DecoderOptions& options) {
     const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
     if (codec == nullptr) throw FfmpegError(AVERROR_DECODER_NOT_FOUND, "opening a decoder");
     auto decoder = required(CodecPointer(avcodec_alloc_context3(codec)));
     checked(avcodec_parameters_to_context(decoder.get(), stream.codecpar), "opening a decoder");
     decoder->pkt_timebase = stream.time_base;
     decoder->thread_count = 0;
-    checked(avcodec_open2(decoder.get(), codec, options), "opening a decoder");
+    decoder->lowres = options.halvings;
+    if (options.refusesDamage) decoder->err_recognition |= AV_EF_EXPLODE;
+    checked(avcodec_open2(decoder.get(), codec, nullptr), "opening a decoder");
     return decoder;
 }
 

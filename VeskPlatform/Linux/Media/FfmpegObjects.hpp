@@ -58,7 +58,14 @@ FramePointer sharedFrame(const AVFrame& frame);
 /// where that is known already. Nothing but this one file is read, whatever it refers to. Throws FfmpegError.
 InputPointer openInput(const std::string& path, const char* formats, const AVInputFormat* known = nullptr);
 
-/// A decoder of a stream, with as many threads as help. `options` may hold some for the codec. Throws FfmpegError.
-CodecPointer openDecoder(const AVStream& stream, AVDictionary** options = nullptr);
+struct DecoderOptions {
+    /// How often the sides of pictures are halved while they are decoded; at most as often as the codec can.
+    int halvings = 0;
+    /// Whether a picture that is damaged or not whole is none at all.
+    bool refusesDamage = false;
+};
+
+/// A decoder of a stream, with as many threads as help. Throws FfmpegError.
+CodecPointer openDecoder(const AVStream& stream, const DecoderOptions& options = {});
 
 } // namespace vesk

@@ -9,10 +9,9 @@ namespace {
 
 double secondsOf(const MediaTime& time) { return static_cast<double>(time.value) / time.timescale; }
 
-/// Where the transform puts a picture of the stored size, in whole even pixels within the frame.
-PixelRectangle destination(const AffineTransform& transform, const AVFrame& picture, double naturalWidth,
-                           const MediaSize& frame) {
-    const double width = naturalWidth, height = picture.height;
+/// Where the transform puts pictures of the track's size, in whole even pixels within the frame.
+PixelRectangle destination(const AffineTransform& transform, const MediaSize& natural, const MediaSize& frame) {
+    const auto [width, height] = natural;
     const auto bounds = [](double first, double second, double third) {
         const double sum = first + second; // of the corners' coordinates: 0, first, second and both
         const double low = std::min({0.0, first, second, sum}) + third;
@@ -25,11 +24,6 @@ PixelRectangle destination(const AffineTransform& transform, const AVFrame& pict
     };
     const int x = even(left, frame.width - 2), y = even(top, frame.height - 2);
     return {x, y, std::max(2, even(right, frame.width) - x), std::max(2, even(bottom, frame.height) - y)};
-}
-
-double naturalWidth(const AVFrame& picture) {
-    const AVRational aspect = picture.sample_aspect_ratio;
-    return picture.width * (aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1);
 }
 
 /// For the time before a clip's first picture, or instead of one of which none can be decoded.
@@ -80,8 +74,7 @@ void PictureTrack::place() {
     const AffineTransform& transform = composition_.instructions[piece_].transform;
     const MediaSize& size = composition_.renderSize;
     if (!placer_)
-        placer_.emplace(clipChain(orientationOf(transform),
-                                  destination(transform, *current_, naturalWidth(*current_), size),
+        placer_.emplace(clipChain(orientationOf(transform), destination(transform, reader_->naturalSize(), size),
                                   static_cast<int>(size.width), static_cast<int>(size.height)));
     placed_ = placer_->placed(*current_);
     isPlaced_ = true;

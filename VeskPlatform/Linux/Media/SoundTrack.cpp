@@ -47,20 +47,27 @@ void SoundTrack::keepInPlace(double time) {
     }
 }
 
+/// Sound may change its channels, rate or sample format in the middle of a clip; the resampler knows one form alone.
+void SoundTrack::prepareFor(const AVFrame& frame) {
+    if (resampler_ && frame.format == prepared_->format && frame.sample_rate == prepared_->sample_rate
+        && av_channel_layout_compare(&frame.ch_layout, &prepared_->ch_layout) == 0)
+        return;
+    prepared_ = sharedFrame(frame);
+    SwrContext* made = nullptr;
+    checked(swr_alloc_set_opts2(&made, &layout_, AV_SAMPLE_FMT_FLTP, rate_, &prepared_->ch_layout,
+                                static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr),
+            "preparing sound");
+    resampler_.reset(made);
+    checked(swr_init(resampler_.get()), "preparing sound");
+}
+
 /// Decodes another frame; the reader goes at the end.
 void SoundTrack::readMore() {
     const FramePointer frame = reader_->next();
     if (!frame) return reader_.reset();
     const double time = reader_->timeOf(*frame);
     if (time + static_cast<double>(frame->nb_samples) / frame->sample_rate <= 0) return; // the encoder's run-in
-    if (!resampler_) {
-        SwrContext* made = nullptr;
-        checked(swr_alloc_set_opts2(&made, &layout_, AV_SAMPLE_FMT_FLTP, rate_, &frame->ch_layout,
-                                    static_cast<AVSampleFormat>(frame->format), frame->sample_rate, 0, nullptr),
-                "preparing sound");
-        resampler_.reset(made);
-        checked(swr_init(resampler_.get()), "preparing sound");
-    }
+    prepareFor(*frame);
     keepInPlace(time);
     const int room = checked(swr_get_out_samples(resampler_.get(), frame->nb_samples), "preparing sound");
     std::vector<float> left(static_cast<std::size_t>(room)), right(static_cast<std::size_t>(room));

@@ -22,6 +22,7 @@ public:
 private:
     void open(const ClipComposition::Piece& piece);
     void readMore();
+    void prepareFor(const AVFrame& frame);
     void keepInPlace(double time);
     void take(AVFrame& target, int offset, int count);
 
@@ -33,6 +34,8 @@ private:
     bool isOpen_ = false;
     std::optional<StreamReader> reader_;
     ResamplerPointer resampler_;
+    /// A frame of the form that the resampler takes.
+    FramePointer prepared_;
     /// Samples of the open piece that were not taken yet, per channel.
     std::vector<float> left_, right_;
     std::size_t taken_ = 0;

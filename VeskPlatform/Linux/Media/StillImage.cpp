@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Media/StillImage.hpp"
 
 #include "VeskPlatform/Linux/Media/HeifImage.hpp"
+#include "VeskPlatform/Linux/Media/PngOrientation.hpp"
 
 #include <algorithm>
 #include <array>
@@ -41,7 +42,6 @@ std::int64_t pixels(const AVCodecParameters& parameters) {
 
 /// How often the sides of a JPEG are halved while it is decoded, so that they keep `needed` pixels if they can.
 int halvings(const AVCodecParameters& parameters, std::size_t needed) {
-    if (parameters.codec_id != AV_CODEC_ID_MJPEG) return 0;
     const std::int64_t longer = std::max(parameters.width, parameters.height);
     int count = 0;
     while (count < mostHalvings
@@ -70,27 +70,27 @@ FramePointer firstPicture(AVFormatContext& input, AVCodecContext& decoder, int s
     return nullptr;
 }
 
-Orientation storedOrientation(const AVFrame& frame) {
+Orientation storedOrientation(const AVFrame& frame, const std::string& path) {
     const AVDictionaryEntry* entry = av_dict_get(frame.metadata, "Orientation", nullptr, 0);
-    return entry == nullptr ? Orientation() : orientationOfExif(std::atoi(entry->value));
+    return entry == nullptr ? orientationOfPng(path) : orientationOfExif(std::atoi(entry->value));
 }
 
 class FfmpegImageSource : public ImageSource {
 public:
-    FfmpegImageSource(InputPointer input, int stream) : input_(std::move(input)), stream_(stream) {}
+    FfmpegImageSource(std::string path, InputPointer input, int stream)
+        : path_(std::move(path)), input_(std::move(input)), stream_(stream) {}
 
     std::unique_ptr<MediaImage> makeThumbnail(std::size_t maximumPixelSize) override {
         try {
             const AVStream& stream = *input_->streams[stream_];
-            AVDictionary* options = nullptr;
-            const int count = halvings(*stream.codecpar, maximumPixelSize);
-            av_dict_set_int(&options, "lowres", count, 0);
+            const bool isJpeg = stream.codecpar->codec_id == AV_CODEC_ID_MJPEG;
+            const int count = isJpeg ? halvings(*stream.codecpar, maximumPixelSize) : 0;
             if (pixels(*stream.codecpar) >> (2 * count) > mostDecodedPixels) return nullptr;
-            const CodecPointer decoder = openDecoder(stream, &options);
-            av_dict_free(&options);
+            // What a JPEG lacks would be green; the other decoders refuse such pictures themselves.
+            const CodecPointer decoder = openDecoder(stream, {.halvings = count, .refusesDamage = isJpeg});
             FramePointer picture = firstPicture(*input_, *decoder, stream_);
             if (!picture) return nullptr;
-            const Orientation orientation = storedOrientation(*picture);
+            const Orientation orientation = storedOrientation(*picture, path_);
             return std::make_unique<StillImage>(std::move(picture), orientation, maximumPixelSize);
         } catch (const FfmpegError&) {
             return nullptr;
@@ -98,6 +98,7 @@ public:
     }
 
 private:
+    std::string path_;
     InputPointer input_;
     int stream_;
 };
@@ -121,7 +122,7 @@ std::unique_ptr<ImageSource> openStillImage(const std::string& path) {
         InputPointer input = openInput(path, format, av_find_input_format(format));
         const int stream = av_find_best_stream(input.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
         if (stream < 0) return nullptr;
-        return std::make_unique<FfmpegImageSource>(std::move(input), stream);
+        return std::make_unique<FfmpegImageSource>(path, std::move(input), stream);
     } catch (const FfmpegError&) {
         return nullptr;
     }

@@ -15,6 +15,12 @@ int firstStream(const AVFormatContext& input, AVMediaType type) {
 
 } // namespace
 
+MediaSize naturalSize(AVFormatContext& input, AVStream& stream) {
+    const AVRational aspect = av_guess_sample_aspect_ratio(&input, &stream, nullptr);
+    const double stretch = aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1;
+    return {stream.codecpar->width * stretch, static_cast<double>(stream.codecpar->height)};
+}
+
 StreamReader::StreamReader(const std::string& path, AVMediaType type)
     : input_(openInput(path, clipFormats)), stream_(checked(firstStream(*input_, type), path)),
       decoder_(openDecoder(*input_->streams[stream_])), packet_(makePacket()) {

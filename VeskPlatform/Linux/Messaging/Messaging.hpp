@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VeskPlatform/Linux/Bus/ServicePresence.hpp"
 #include "VeskPlatform/MessagesScriptRunner.hpp"
 
 #include <chrono>
@@ -9,9 +10,6 @@
 // Text messages through the phone: what the module of that name offers to the rest of the platform.
 
 namespace vesk {
-
-/// How a messaging service stands on its bus. One that the bus starts on demand is dormant until somebody asks it.
-enum class ServicePresence { absent, dormant, running };
 
 /// A modem or a phone for text messages, as people call it, and what keeps it from sending; empty where nothing does.
 struct MessagingDevice {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VeskPlatform/Linux/Messaging/BusConnection.hpp"
+#include "VeskPlatform/Linux/Bus/BusConnection.hpp"
+#include "VeskPlatform/Linux/Messaging/Messaging.hpp"
 
 #include <cstddef>
 #include <optional>

@@ -275,6 +275,27 @@ TEST_F(PosixFiles, RelativePathsAreThoseOfTheWorkingFolder) {
     EXPECT_TRUE(files.isOrContains(folder.path(), "top"));
 }
 
+TEST(PosixFileManager, RemovesAFileAndAnEmptyFolder) {
+    const TemporaryFolder folder;
+    PosixFileManager files;
+    std::ofstream(folder / "file") << "text";
+    files.createDirectory(folder / "empty");
+    for (const std::string name : {"file", "empty"}) {
+        files.removeFile(folder / name);
+        EXPECT_FALSE(files.fileExists(folder / name)) << name;
+        EXPECT_EQ(posixCodeOf([&] { files.removeFile(folder / name); }), ENOENT) << name;
+    }
+}
+
+TEST(PosixFileManager, AFolderWithSomethingInItIsNotRemoved) {
+    const TemporaryFolder folder;
+    PosixFileManager files;
+    files.createDirectory(folder / "full");
+    std::ofstream(folder / "full/file") << "text";
+    EXPECT_EQ(posixCodeOf([&] { files.removeFile(folder / "full"); }), ENOTEMPTY);
+    EXPECT_TRUE(files.fileExists(folder / "full/file"));
+}
+
 TEST(PosixFileManager, TellsTheWorkingFolder) {
     const TemporaryFolder folder;
     const Elsewhere elsewhere(folder.path());

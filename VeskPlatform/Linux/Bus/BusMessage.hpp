@@ -30,7 +30,7 @@ struct BusMessageRelease {
 };
 using BusMessage = std::unique_ptr<sd_bus_message, BusMessageRelease>;
 
-/// The simple values that the services give as properties; all integers are one, everything else is none of these.
+/// The simple values that services give as properties; all integers are one, everything else is none of these.
 using BusValue = std::variant<std::monostate, std::string, std::int64_t, bool>;
 using BusProperties = std::map<std::string, BusValue>;
 
@@ -41,6 +41,8 @@ int busRequired(int result);
 
 std::string readText(sd_bus_message& message, char type = 's');
 std::int64_t readInteger(sd_bus_message& message, char type);
+/// `v`.
+BusValue readVariant(sd_bus_message& message);
 /// `a{sv}`.
 BusProperties readProperties(sd_bus_message& message);
 /// Enters a container, runs `readItem` until it is used up, and leaves it. `type` and `contents` are as in

@@ -1,8 +1,9 @@
-#include "VeskPlatform/Linux/Messaging/BusConnection.hpp"
+#include "VeskPlatform/Linux/Bus/BusConnection.hpp"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -57,9 +58,19 @@ int noteSignal(sd_bus_message*, void* data, sd_bus_error*) {
     return 0;
 }
 
+/// Signals as they came, each by the path of its object; the last of a path counts.
+using Signals = std::map<std::string, BusMessage>;
+
+int keepSignal(sd_bus_message* signal, void* data, sd_bus_error*) {
+    (*static_cast<Signals*>(data))[sd_bus_message_get_path(signal)].reset(sd_bus_message_ref(signal));
+    return 0;
+}
+
 struct SlotRelease {
     void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
 };
+
+using Slot = std::unique_ptr<sd_bus_slot, SlotRelease>;
 
 } // namespace
 
@@ -67,6 +78,16 @@ BusConnection::BusConnection(BusKind kind, milliseconds patience) {
     sd_bus* bus = nullptr;
     busRequired(kind == BusKind::system ? sd_bus_open_system(&bus) : sd_bus_open_user(&bus));
     bus_.reset(bus);
+    awaitReadiness(patience);
+}
+
+BusConnection::BusConnection(const std::string& address, milliseconds patience) {
+    sd_bus* bus = nullptr;
+    busRequired(sd_bus_new(&bus));
+    bus_.reset(bus);
+    busRequired(sd_bus_set_address(bus, address.c_str()));
+    busRequired(sd_bus_set_bus_client(bus, 1));
+    busRequired(sd_bus_start(bus));
     awaitReadiness(patience);
 }
 
@@ -120,12 +141,30 @@ void BusConnection::awaitSignals(const BusObject& object, const std::function<vo
     sd_bus_slot* slot = nullptr;
     busRequired(sd_bus_match_signal(bus_.get(), &slot, object.service.c_str(), object.path.c_str(),
                                     object.interface.c_str(), nullptr, &noteSignal, &arrived));
-    const std::unique_ptr<sd_bus_slot, SlotRelease> held(slot);
+    const Slot held(slot);
     cause();
     Deadline deadline = after(first);
     while (const std::uint64_t left = microsecondsUntil(deadline)) {
         if (busRequired(sd_bus_process(bus_.get(), nullptr)) == 0) busRequired(sd_bus_wait(bus_.get(), left));
         if (std::exchange(arrived, false)) deadline = after(next);
+    }
+}
+
+BusMessage BusConnection::awaitSignal(const BusObject& object, const char* member,
+                                      const std::function<std::string()>& cause, milliseconds patience) {
+    Signals signals;
+    sd_bus_slot* slot = nullptr;
+    busRequired(sd_bus_match_signal(bus_.get(), &slot, object.service.c_str(), nullptr, object.interface.c_str(),
+                                    member, &keepSignal, &signals));
+    const Slot held(slot);
+    const std::string path = cause();
+    const Deadline deadline = after(patience);
+    for (;;) {
+        if (const auto found = signals.find(path); found != signals.end()) return std::move(found->second);
+        if (busRequired(sd_bus_process(bus_.get(), nullptr)) > 0) continue;
+        const std::uint64_t left = microsecondsUntil(deadline);
+        if (left == 0) return {};
+        busRequired(sd_bus_wait(bus_.get(), left));
     }
 }
 

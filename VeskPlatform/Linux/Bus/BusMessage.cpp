@@ -1,4 +1,4 @@
-#include "VeskPlatform/Linux/Messaging/BusMessage.hpp"
+#include "VeskPlatform/Linux/Bus/BusMessage.hpp"
 
 #include <cerrno>
 #include <cstring>
@@ -7,27 +7,6 @@
 namespace vesk {
 
 namespace {
-
-BusValue readVariant(sd_bus_message& message) {
-    char type = 0;
-    const char* contents = nullptr;
-    busRequired(sd_bus_message_peek_type(&message, &type, &contents));
-    const std::string_view kind(contents == nullptr ? "" : contents);
-    if (kind.size() != 1 || std::string_view("sobynqiuxt").find(kind.front()) == std::string_view::npos) {
-        busRequired(sd_bus_message_skip(&message, "v"));
-        return {};
-    }
-    BusValue value;
-    readItems(message, 'v', contents, [&, only = kind.front()] {
-        if (only == 's' || only == 'o')
-            value = readText(message, only);
-        else if (only == 'b')
-            value = readInteger(message, only) != 0;
-        else
-            value = readInteger(message, only);
-    });
-    return value;
-}
 
 template <class Number> std::int64_t readNumber(sd_bus_message& message, char type) {
     Number number{};
@@ -65,6 +44,27 @@ std::int64_t readInteger(sd_bus_message& message, char type) {
     case 'u': return readNumber<std::uint32_t>(message, type);
     default: return readNumber<std::int64_t>(message, type);
     }
+}
+
+BusValue readVariant(sd_bus_message& message) {
+    char type = 0;
+    const char* contents = nullptr;
+    busRequired(sd_bus_message_peek_type(&message, &type, &contents));
+    const std::string_view kind(contents == nullptr ? "" : contents);
+    if (kind.size() != 1 || std::string_view("sobynqiuxt").find(kind.front()) == std::string_view::npos) {
+        busRequired(sd_bus_message_skip(&message, "v"));
+        return {};
+    }
+    BusValue value;
+    readItems(message, 'v', contents, [&, only = kind.front()] {
+        if (only == 's' || only == 'o')
+            value = readText(message, only);
+        else if (only == 'b')
+            value = readInteger(message, only) != 0;
+        else
+            value = readInteger(message, only);
+    });
+    return value;
 }
 
 BusProperties readProperties(sd_bus_message& message) {

@@ -1,0 +1,80 @@
+#include "VeskShellCore/VeskAssistantLiveness.hpp"
+
+#include "VeskPlatform/Clock.hpp"
+#include "VeskPlatform/Environment.hpp"
+#include "VeskPlatform/FileReader.hpp"
+#include "VeskPlatform/Processes.hpp"
+
+#include <cerrno>
+#include <chrono>
+#include <limits>
+#include <optional>
+
+namespace vesk {
+namespace {
+
+constexpr std::int64_t knownSchema = 1;
+
+} // namespace
+
+/// What the daemon writes. The lease ends at `expiresAtMs`, in milliseconds since 1970 UTC.
+struct DaemonHealthState {
+    std::int64_t schemaVersion = 0;
+    bool running = false;
+    std::optional<std::int64_t> pid;
+    std::optional<std::int64_t> expiresAtMs;
+};
+
+template <>
+inline constexpr auto recordTable<DaemonHealthState> =
+    recordFields(required("schemaVersion", &DaemonHealthState::schemaVersion),
+                 required("running", &DaemonHealthState::running), optional("pid", &DaemonHealthState::pid),
+                 optional("expiresAtMs", &DaemonHealthState::expiresAtMs));
+
+namespace {
+
+std::optional<DaemonHealthState> readState(FileReader& files, const std::string& path) {
+    try {
+        const JsonLimits limits;
+        return fromJson<DaemonHealthState>(parseJson(files.contents(path, limits.bytes), limits));
+    } catch (const ErrorRecord&) { // missing, unreadable, or just being replaced
+        return std::nullopt;
+    }
+}
+
+std::int64_t milliseconds(Instant time) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
+}
+
+} // namespace
+
+VeskAssistantLivenessProbe::VeskAssistantLivenessProbe(Platform& platform, std::string stateFilePath)
+    : VeskAssistantLivenessProbe(platform, std::move(stateFilePath), [&platform](std::int64_t processIdentifier) {
+          return isProcessAlive(platform, processIdentifier);
+      }) {}
+
+VeskAssistantLivenessProbe::VeskAssistantLivenessProbe(Platform& platform, std::string stateFilePath,
+                                                       ProcessTest processIsAlive)
+    : platform_(platform), stateFilePath_(std::move(stateFilePath)), processIsAlive_(std::move(processIsAlive)) {}
+
+std::string VeskAssistantLivenessProbe::defaultStateFilePath(Platform& platform) {
+    return platform.environment().homeDirectory() + "/Library/Application Support/Vesk/data/vesk-health.json";
+}
+
+Task<VeskAssistantLiveness> VeskAssistantLivenessProbe::currentState() const {
+    using enum VeskAssistantLiveness;
+    const auto state = readState(platform_.fileReader(), stateFilePath_);
+    if (!state || state->schemaVersion != knownSchema) co_return unknown;
+    if (!state->running) co_return stopped; // a daemon that says so is believed, however old that is
+    if (!state->expiresAtMs || *state->expiresAtMs < milliseconds(platform_.clock().now())) co_return unknown;
+    if (state->pid.value_or(0) < 1) co_return unknown;
+    co_return processIsAlive_(*state->pid) ? running : stopped;
+}
+
+bool isProcessAlive(Platform& platform, std::int64_t processIdentifier) {
+    if (processIdentifier < 1 || processIdentifier > std::numeric_limits<std::int32_t>::max()) return false;
+    const int failure = platform.processes().errorOfNullSignal(static_cast<std::int32_t>(processIdentifier));
+    return failure == 0 || failure == EPERM;
+}
+
+} // namespace vesk
