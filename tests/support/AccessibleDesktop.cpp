@@ -64,7 +64,7 @@ pid_t AccessibleDesktop::launch(const std::string& program, const std::string& p
                                 std::vector<std::string> arguments) {
     required(installedProgram(program).has_value(), program, package);
     if (::geteuid() != 0) return desktop_.launch(program, arguments);
-    std::vector<std::string> words{"--reuid=nobody", "--regid=nogroup", "--clear-groups", "--no-new-privs", program};
+    std::vector<std::string> words{"--reuid=nobody", "--regid=nogroup", "--clear-groups", program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return desktop_.launch("setpriv", words);
 }
