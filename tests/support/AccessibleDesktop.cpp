@@ -6,6 +6,8 @@
 #include <fstream>
 #include <pwd.h>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace vesk::test {
@@ -44,6 +46,17 @@ void handOver(const std::string& path) {
         throw std::runtime_error(path + " cannot be given to the user nobody");
 }
 
+/// A socket's file is there a moment before anybody listens.
+bool isListening(const std::string& path) {
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const bool answered = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(socket);
+    return answered;
+}
+
 } // namespace
 
 AccessibleDesktop::AccessibleDesktop() {
@@ -57,14 +70,14 @@ AccessibleDesktop::AccessibleDesktop() {
     std::filesystem::copy(launcherService, home() + "/services/org.a11y.Bus.service");
     const std::string path = write("bus.conf", configuration(home()));
     launch("dbus-daemon", "dbus-daemon", {"--config-file=" + path, "--nofork"});
-    eventually("the session bus", [this] { return std::filesystem::exists(home() + "/bus"); });
+    eventually("the session bus", [this] { return isListening(home() + "/bus"); });
 }
 
 pid_t AccessibleDesktop::launch(const std::string& program, const std::string& package,
                                 std::vector<std::string> arguments) {
     required(installedProgram(program).has_value(), program, package);
     if (::geteuid() != 0) return desktop_.launch(program, arguments);
-    std::vector<std::string> words{"--reuid=nobody", "--regid=nogroup", "--clear-groups", "--no-new-privs", program};
+    std::vector<std::string> words{"--reuid=nobody", "--regid=nogroup", "--clear-groups", program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return desktop_.launch("setpriv", words);
 }
