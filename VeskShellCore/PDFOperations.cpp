@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds settlingTime{50};
 ErrorRecord pdfError(std::string message, std::int64_t code) { return {"VeskPDFOperations", code, std::move(message)}; }
 
 std::string outputFile(FileManager& files, std::string_view outputPath) {
-    const std::string path = standardizedPath(absolutePath(outputPath, files.currentDirectoryPath()));
+    std::string path = standardizedPath(absolutePath(outputPath, files.currentDirectoryPath()));
     files.createDirectory(parentFolder(path));
     return path;
 }
