@@ -1,16 +1,11 @@
 #include "VeskShellCore/BrokerPaths.hpp"
 
 #include "VeskPlatform/Environment.hpp"
+#include "VeskSupport/FilePath.hpp"
 
 #include <string_view>
 
 namespace vesk {
-namespace {
-
-/// That of "/" is "/" itself, that of an empty path is empty.
-std::string_view lastComponent(std::string_view path) { return path == "/" ? path : path.substr(path.rfind('/') + 1); }
-
-} // namespace
 
 std::string executableBrokerPath(Platform& platform) {
     if (const auto& executable = platform.mainBundle().executablePath) return *executable;
@@ -18,18 +13,18 @@ std::string executableBrokerPath(Platform& platform) {
 }
 
 std::string bundleNameBrokerPath(const Bundle& bundle) {
-    const std::string_view name = lastComponent(bundle.path);
-    return name.empty() ? bundle.executablePath.value_or("Vesk.app") : std::string(name);
+    const std::string name = lastPathComponent(bundle.path);
+    return name.empty() ? bundle.executablePath.value_or("Vesk.app") : name;
 }
 
 std::string shortBundleNameBrokerPath(const Bundle& bundle) {
-    const std::string_view name = lastComponent(bundle.path);
-    return std::string(name.empty() ? "Vesk.app" : name);
+    const std::string name = lastPathComponent(bundle.path);
+    return name.empty() ? "Vesk.app" : name;
 }
 
 std::optional<std::string> bundlePath(const Bundle& bundle) {
     static constexpr std::string_view extension = ".app";
-    const std::string_view name = lastComponent(bundle.path);
+    const std::string name = lastPathComponent(bundle.path);
     // A name that is nothing but ".app" is a hidden file, not an extension.
     if (name.size() <= extension.size() || !name.ends_with(extension)) return std::nullopt;
     return bundle.path;

@@ -14,6 +14,23 @@
 
 namespace vesk {
 
+std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
+    std::vector<char*> pointers;
+    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// Numbers that are the C library's own or cannot be changed fail.
+void resetSignals() {
+    struct sigaction ordinary {};
+    ordinary.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) (void)::sigaction(signal, &ordinary, nullptr);
+    sigset_t none;
+    ::sigemptyset(&none);
+    (void)::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
 namespace {
 
 constexpr std::size_t largestOutput = 1 << 20;
@@ -26,13 +43,6 @@ std::optional<Pipe> makePipe() {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
     return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-}
-
-std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
-    std::vector<char*> pointers;
-    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
-    pointers.push_back(nullptr);
-    return pointers;
 }
 
 /// Whoever started this process may have left SIGCHLD ignored to it, and the kernel then keeps no status of children.
@@ -106,16 +116,6 @@ pid_t spawn(const std::vector<std::string>& arguments, const Streams& streams) {
     ::posix_spawn_file_actions_destroy(&actions);
     ::posix_spawnattr_destroy(&attributes);
     return failure == 0 ? child : -1;
-}
-
-/// What `spawn` does about signals, after a fork. Numbers that are the C library's own or cannot be changed fail.
-void resetSignals() {
-    struct sigaction ordinary {};
-    ordinary.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal) (void)::sigaction(signal, &ordinary, nullptr);
-    sigset_t none;
-    ::sigemptyset(&none);
-    (void)::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 /// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` that it failed.

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/Chromium/EngineProcess.hpp"
 
+#include "VeskPlatform/Linux/ChildProcess.hpp"
 #include "VeskPlatform/Linux/Chromium/WebEngineError.hpp"
 
 #include <array>
@@ -33,13 +34,6 @@ Pipe makePipe() {
     return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
-std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 /// What the child needs, made before the fork: after it only calls that are safe then.
 struct Start {
     const char* path;
@@ -62,15 +56,6 @@ bool arrangeStreams(const Start& start) {
     return ::dup2(null, STDIN_FILENO) >= 0 && ::dup2(log, STDOUT_FILENO) >= 0 && ::dup2(log, STDERR_FILENO) >= 0
            && ::dup2(commands, firstPipe) >= 0 && ::dup2(answers, secondPipe) >= 0
            && ::close_range(secondPipe + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0;
-}
-
-void resetSignals() {
-    struct sigaction ordinary {};
-    ordinary.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal) (void)::sigaction(signal, &ordinary, nullptr);
-    sigset_t none;
-    ::sigemptyset(&none);
-    (void)::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 [[noreturn]] void becomeEngine(const Start& start) {
@@ -110,7 +95,7 @@ EngineProcess::EngineProcess(const EngineProgram& program, const std::string& lo
     if (!log) failToStart(errno);
     std::signal(SIGCHLD, SIG_DFL); // ignored, the kernel keeps no status of children
     ::prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const auto arguments = pointersTo(program.arguments), environment = pointersTo(program.environment);
+    const auto arguments = argumentPointers(program.arguments), environment = argumentPointers(program.environment);
     const Start start{program.path.c_str(),
                       arguments.data(),
                       environment.data(),
