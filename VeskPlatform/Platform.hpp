@@ -26,6 +26,7 @@ class MonotonicClock;
 class PdfDocuments;
 class PrivateFiles;
 class Processes;
+class ProgramLauncher;
 class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
@@ -66,6 +67,7 @@ public:
     virtual PdfDocuments& pdfDocuments() = 0;
     virtual PrivateFiles& privateFiles() = 0;
     virtual Processes& processes() = 0;
+    virtual ProgramLauncher& programLauncher() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;
     virtual WebEngine& webEngine() = 0;

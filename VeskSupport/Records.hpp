@@ -5,6 +5,7 @@
 #include <concepts>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +25,9 @@ namespace vesk {
 //
 // Writing leaves absent optionals out. Reading ignores unknown keys; a missing or null required key and a value of the
 // wrong type fail with the path of the field; a missing or null optional is absent; a missing or null defaulted field
-// keeps the member's own initial value.
+// keeps the member's own initial value, and a missing or null derived field is made from the fields above it. A field
+// that others spell in another way, `optional("nickName", &Person::nickname).orElse("nick_name")`, is read under that
+// key where its own is missing or null, and always written under its own.
 
 enum class FieldRule { required, optional, defaulted };
 
@@ -32,6 +35,12 @@ template <class Record, class Value> struct Field {
     std::string_view key;
     Value Record::*member;
     FieldRule rule;
+    /// The other spelling; empty for none.
+    std::string_view otherKey{};
+    /// What a missing derived field is.
+    Value (*derive)(const Record&) = nullptr;
+
+    constexpr Field orElse(std::string_view other) const { return {key, member, rule, other, derive}; }
 };
 
 template <class Record, class Value> constexpr auto required(std::string_view key, Value Record::*member) {
@@ -43,6 +52,11 @@ constexpr auto optional(std::string_view key, std::optional<Value> Record::*memb
 }
 template <class Record, class Value> constexpr auto defaulted(std::string_view key, Value Record::*member) {
     return Field<Record, Value>{key, member, FieldRule::defaulted};
+}
+/// `derive` sees the fields that stand above this one in the table.
+template <class Record, class Value>
+constexpr auto derived(std::string_view key, Value Record::*member, Value (*derive)(const Record&)) {
+    return Field<Record, Value>{key, member, FieldRule::defaulted, {}, derive};
 }
 template <class... Fields> constexpr auto recordFields(Fields... fields) { return std::tuple<Fields...>{fields...}; }
 
@@ -84,6 +98,11 @@ template <class T> JsonValue toJson(const std::vector<T>& list) {
     JsonValue::Array result;
     result.reserve(list.size());
     for (const T& item : list) result.push_back(toJson(item));
+    return {std::move(result)};
+}
+template <class T> JsonValue toJson(const std::map<std::string, T>& values) {
+    JsonValue::Object result;
+    for (const auto& [key, value] : values) result.emplace_hint(result.end(), key, toJson(value));
     return {std::move(result)};
 }
 
@@ -173,19 +192,34 @@ template <class T> void read(const JsonValue& json, const std::string& path, std
         read(item, itemPath, out.emplace_back());
     }
 }
+template <class T> void read(const JsonValue& json, const std::string& path, std::map<std::string, T>& out) {
+    out.clear();
+    for (const auto& [key, value] : expect<JsonValue::Object>(json, path, "an object"))
+        read(value, childPath(path, key), out[key]);
+}
 template <class T> void read(const JsonValue& json, const std::string& path, std::optional<T>& out) {
     read(json, path, out.emplace());
+}
+
+/// The value of a key; null where it is missing or null itself.
+inline const JsonValue* present(const JsonValue::Object& object, std::string_view key) {
+    const auto found = object.find(key);
+    const bool absent = found == object.end() || std::holds_alternative<std::nullptr_t>(found->second.value);
+    return absent ? nullptr : &found->second;
 }
 
 template <Record R> void read(const JsonValue& json, const std::string& path, R& out) {
     const auto& object = expect<JsonValue::Object>(json, path, "an object");
     const auto readField = [&](const auto& field) {
-        const auto found = object.find(field.key);
-        const bool absent = found == object.end() || std::holds_alternative<std::nullptr_t>(found->second.value);
-        if (!absent)
-            read(found->second, childPath(path, field.key), out.*field.member);
+        std::string_view key = field.key;
+        const JsonValue* value = present(object, key);
+        if (value == nullptr && !field.otherKey.empty()) value = present(object, key = field.otherKey);
+        if (value != nullptr)
+            read(*value, childPath(path, key), out.*field.member);
         else if (field.rule == FieldRule::required)
             failMissing(childPath(path, field.key));
+        else if (field.derive != nullptr)
+            out.*field.member = field.derive(out);
     };
     std::apply([&](const auto&... field) { (readField(field), ...); }, recordTable<R>);
 }

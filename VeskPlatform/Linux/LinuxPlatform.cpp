@@ -18,6 +18,7 @@
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/PosixProcesses.hpp"
+#include "VeskPlatform/Linux/PosixProgramLauncher.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
@@ -58,6 +59,7 @@ struct LinuxPlatform::Adapters {
     std::optional<HomePlaces> filePlaces;
     std::optional<PosixPrivateFiles> privateFiles;
     std::optional<PosixProcesses> processes;
+    std::optional<PosixProgramLauncher> programLauncher;
     std::optional<CompanionSettingsOpener> settingsOpener;
     std::optional<PropertyListBundleInformation> bundleInformation;
     std::optional<DriveCloudAccount> cloudAccount;
@@ -98,6 +100,7 @@ PdfDocuments& LinuxPlatform::pdfDocuments() {
 }
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
 Processes& LinuxPlatform::processes() { return built(adapters_->processes); }
+ProgramLauncher& LinuxPlatform::programLauncher() { return built(adapters_->programLauncher); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
 

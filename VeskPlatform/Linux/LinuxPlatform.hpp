@@ -52,6 +52,7 @@ public:
     PdfDocuments& pdfDocuments() override;
     PrivateFiles& privateFiles() override;
     Processes& processes() override;
+    ProgramLauncher& programLauncher() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;
     WebEngine& webEngine() override;

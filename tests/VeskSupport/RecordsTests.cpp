@@ -30,7 +30,22 @@ inline constexpr auto recordTable<Sample> =
                  defaulted("paper", &Sample::paper), defaulted("scale", &Sample::scale),
                  required("inner", &Sample::inner));
 
+struct Counted {
+    std::vector<std::string> names;
+    std::int64_t count = 0;
+    std::optional<std::string> mail;
+    std::map<std::string, Inner> places;
+    bool operator==(const Counted&) const = default;
+};
+inline std::int64_t countOfNames(const Counted& record) { return static_cast<std::int64_t>(record.names.size()); }
+template <>
+inline constexpr auto recordTable<Counted> =
+    recordFields(defaulted("names", &Counted::names), derived("count", &Counted::count, &countOfNames),
+                 optional("mailBox", &Counted::mail).orElse("mail_box"), defaulted("places", &Counted::places));
+
 namespace {
+
+Counted decodeCounted(std::string_view text) { return fromJson<Counted>(parseJson(text)); }
 
 Sample decode(std::string_view text) { return fromJson<Sample>(parseJson(text)); }
 
@@ -76,6 +91,35 @@ TEST(Records, NameThePathOfABadField) {
               "4864 The data cannot be read: paper is not one of \"letter\", \"a4\".");
     EXPECT_EQ(failure(R"({"name":"n","inner":[],"nickname":true})"),
               "4864 The data cannot be read: nickname is not a string.");
+}
+
+TEST(Records, DeriveAMissingFieldFromThoseAbove) {
+    EXPECT_EQ(decodeCounted(R"({"names":["a","b"]})").count, 2);
+    EXPECT_EQ(decodeCounted(R"({"names":["a","b"],"count":null})").count, 2);
+    EXPECT_EQ(decodeCounted(R"({"names":["a","b"],"count":5})").count, 5);
+    EXPECT_THROW(decodeCounted(R"({"names":["a","b"],"count":"5"})"), DecodingError);
+}
+
+TEST(Records, ReadAnotherSpellingAndWriteTheirOwn) {
+    EXPECT_EQ(decodeCounted(R"({"mail_box":"m"})").mail, "m");
+    EXPECT_EQ(decodeCounted(R"({"mailBox":null,"mail_box":"m"})").mail, "m");
+    EXPECT_EQ(decodeCounted(R"({"mailBox":"w","mail_box":7})").mail, "w");
+    EXPECT_EQ(decodeCounted("{}").mail, std::nullopt);
+    EXPECT_THROW(decodeCounted(R"({"mailBox":7,"mail_box":"m"})"), DecodingError);
+    EXPECT_EQ(writeJson(toJson(Counted{.names = {}, .mail = "m", .places = {}})),
+              "{\n  \"count\" : 0,\n  \"mailBox\" : \"m\",\n  \"names\" : [\n\n  ],\n  \"places\" : {\n\n  }\n}");
+}
+
+TEST(Records, HoldMapsOfRecords) {
+    const Counted record = decodeCounted(R"({"places":{"b":{"count":2},"a":{"count":1}}})");
+    EXPECT_EQ(record.places, (std::map<std::string, Inner>{{"a", {1}}, {"b", {2}}}));
+    EXPECT_EQ(fromJson<Counted>(toJson(record)), record);
+    try {
+        decodeCounted(R"({"places":{"home":{"count":true}}})");
+        FAIL();
+    } catch (const DecodingError& error) {
+        EXPECT_EQ(error.description(), "The data cannot be read: places.home.count is not a whole number.");
+    }
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include "tests/fakes/FakeMail.hpp"
 #include "tests/fakes/FakeMediaFramework.hpp"
 #include "tests/fakes/FakeMessages.hpp"
+#include "tests/fakes/FakeProgramLauncher.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
 #include "tests/fakes/FakeWebEngine.hpp"
 
@@ -44,6 +45,7 @@ public:
     FakePdfDocuments fakePdfDocuments;
     FakePrivateFiles fakePrivateFiles;
     FakeProcesses fakeProcesses;
+    FakeProgramLauncher fakeProgramLauncher;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
     FakeSleeper fakeSleeper{fakeMonotonicClock};
@@ -75,6 +77,7 @@ public:
     PdfDocuments& pdfDocuments() override { return fakePdfDocuments; }
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     Processes& processes() override { return fakeProcesses; }
+    ProgramLauncher& programLauncher() override { return fakeProgramLauncher; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
     WebEngine& webEngine() override { return fakeWebEngine; }

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vesk {
+
+/// A program to start, and what it is started with.
+struct ProgramLaunch {
+    /// Absolute, or relative to the working directory of this process.
+    std::string executable;
+    /// Without the program's own name.
+    std::vector<std::string> arguments;
+    /// None: that of this process.
+    std::optional<std::string> workingDirectory;
+    /// Set over what this process has in its environment.
+    std::map<std::string, std::string> variables;
+    /// Whether the program reads what `writeInput` gives; else it has the standard input of this process.
+    bool takesInput = false;
+};
+
+/// A started program that wrote, or would not read, more than its pipe holds while nobody emptied it, until the guard's
+/// time was up and the program was ended. Domain "VeskProcess", code 1.
+class ProgramStalled : public ErrorRecord {
+public:
+    explicit ProgramStalled(const std::string& description) : ErrorRecord("VeskProcess", 1, description) {}
+};
+
+/// A program that was started. Its standard output and standard error are pipes, which nobody reads until they are
+/// asked for. One thread uses it; each verb blocks that thread and is called once, in the order in which they stand.
+class RunningProgram {
+public:
+    /// Leaves nothing behind: a program that was not waited for is ended.
+    virtual ~RunningProgram() = default;
+    /// Writes all of it and closes the program's standard input. A program that closes it early is no failure: its exit
+    /// tells. Throws ProgramStalled, and PosixError.
+    virtual void writeInput(std::string_view bytes) = 0;
+    /// The exit status, or 128 and the number of the signal that ended it. There is no limit of time but for a pipe
+    /// that is full: then throws ProgramStalled.
+    virtual std::int32_t waitUntilExit() = 0;
+    /// All of its standard output. What the program left running may still hold the pipe open: bytes that come are read
+    /// on, and where none come for the guard's time, what came is all.
+    virtual std::string readOutputToEnd() = 0;
+    /// The same for standard error.
+    virtual std::string readErrorsToEnd() = 0;
+};
+
+/// Starts programs. Safe from any thread.
+class ProgramLauncher {
+public:
+    virtual ~ProgramLauncher() = default;
+    /// Throws PosixError for a program that cannot be started. The program inherits the three standard streams but
+    /// those that are pipes, and no other descriptor.
+    virtual std::unique_ptr<RunningProgram> launch(const ProgramLaunch& launch) = 0;
+};
+
+} // namespace vesk
