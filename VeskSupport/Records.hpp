@@ -1,6 +1,9 @@
 #pragma once
 
+#include "VeskSupport/Instant.hpp"
+#include "VeskSupport/Iso8601.hpp"
 #include "VeskSupport/Json.hpp"
+#include "VeskSupport/Uuid.hpp"
 
 #include <concepts>
 #include <cstdint>
@@ -28,6 +31,9 @@ namespace vesk {
 // keeps the member's own initial value, and a missing or null derived field is made from the fields above it. A field
 // that others spell in another way, `optional("nickName", &Person::nickname).orElse("nick_name")`, is read under that
 // key where its own is missing or null, and always written under its own.
+//
+// An Instant is a string of ISO 8601 without a fraction of a second, always written in UTC; a Uuid is its canonical
+// text, always written in upper case. A type that needs more care declares `read` and `toJson` beside itself.
 
 enum class FieldRule { required, optional, defaulted };
 
@@ -87,6 +93,8 @@ inline JsonValue toJson(bool v) { return {v}; }
 inline JsonValue toJson(double v) { return {v}; }
 inline JsonValue toJson(const std::string& v) { return {v}; }
 inline JsonValue toJson(const JsonValue& v) { return v; }
+inline JsonValue toJson(Instant v) { return {formatInternetDateTime(v, std::chrono::seconds(0))}; }
+inline JsonValue toJson(const Uuid& v) { return {v.text()}; }
 template <std::integral T>
     requires(!std::same_as<T, bool>)
 JsonValue toJson(T v) {
@@ -157,6 +165,16 @@ inline void read(const JsonValue& json, const std::string& path, std::string& ou
     out = expect<std::string>(json, path, "a string");
 }
 inline void read(const JsonValue& json, const std::string&, JsonValue& out) { out = json; }
+inline void read(const JsonValue& json, const std::string& path, Instant& out) {
+    const auto value = parseInternetDateTime(expect<std::string>(json, path, "a string"), FractionalSeconds::refused);
+    if (!value) failMistyped(path, "a date of ISO 8601");
+    out = *value;
+}
+inline void read(const JsonValue& json, const std::string& path, Uuid& out) {
+    const auto value = Uuid::parse(expect<std::string>(json, path, "a string"));
+    if (!value) failMistyped(path, "a UUID");
+    out = *value;
+}
 inline void read(const JsonValue& json, const std::string& path, double& out) {
     if (const auto* whole = std::get_if<std::int64_t>(&json.value))
         out = static_cast<double>(*whole);
@@ -228,8 +246,9 @@ template <Record R> void read(const JsonValue& json, const std::string& path, R&
 
 /// Reads a record from a JSON value. Throws DecodingError.
 template <Record R> R fromJson(const JsonValue& json) {
+    using records::read; // and what stands beside the record
     R record{};
-    records::read(json, {}, record);
+    read(json, std::string(), record);
     return record;
 }
 
