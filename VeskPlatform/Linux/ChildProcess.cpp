@@ -1,6 +1,8 @@
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 
 #include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Linux/Pipe.hpp"
+#include "VeskPlatform/Linux/ProgramSpawn.hpp"
 
 #include <array>
 #include <cerrno>
@@ -8,18 +10,10 @@
 #include <fcntl.h>
 #include <linux/close_range.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace vesk {
-
-std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
-    std::vector<char*> pointers;
-    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 /// Numbers that are the C library's own or cannot be changed fail.
 void resetSignals() {
@@ -34,22 +28,6 @@ void resetSignals() {
 namespace {
 
 constexpr std::size_t largestOutput = 1 << 20;
-
-struct Pipe {
-    FileDescriptor reading, writing;
-};
-
-std::optional<Pipe> makePipe() {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
-    return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-}
-
-/// Whoever started this process may have left SIGCHLD ignored to it, and the kernel then keeps no status of children.
-void keepStatusOfChildren() {
-    struct sigaction current {};
-    if (::sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) std::signal(SIGCHLD, SIG_DFL);
-}
 
 int waitFor(pid_t child) {
     int status = 0;
@@ -82,40 +60,22 @@ struct Streams {
     int output = -1, errors = -1;
 };
 
-void addStream(posix_spawn_file_actions_t& actions, int stream, int target) {
+void useStream(ProgramSpawn& spawn, int stream, int target) {
     if (target < 0)
-        ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
+        spawn.useNull(stream, O_WRONLY);
     else
-        ::posix_spawn_file_actions_adddup2(&actions, target, stream);
+        spawn.useDescriptor(stream, target);
 }
 
-/// A program begins with every signal at its default and none blocked: this process ignores SIGPIPE, its threads may
-/// block others, and both would be inherited.
-pid_t spawn(const std::vector<std::string>& arguments, const Streams& streams) {
-    sigset_t all, none;
-    ::sigfillset(&all);
-    ::sigemptyset(&none);
-    // A program that leaves others behind gives them a session that no terminal of this one ends.
-    const bool isQuiet = streams.output < 0;
-    const auto flags =
-        static_cast<short>(POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | (isQuiet ? POSIX_SPAWN_SETSID : 0));
-    posix_spawnattr_t attributes;
-    ::posix_spawnattr_init(&attributes);
-    ::posix_spawnattr_setsigdefault(&attributes, &all);
-    ::posix_spawnattr_setsigmask(&attributes, &none);
-    ::posix_spawnattr_setflags(&attributes, flags);
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    addStream(actions, STDOUT_FILENO, streams.output);
-    addStream(actions, STDERR_FILENO, streams.errors);
-    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+pid_t start(const std::vector<std::string>& arguments, const Streams& streams) {
+    ProgramSpawn spawn;
+    spawn.useNull(STDIN_FILENO, O_RDONLY);
+    useStream(spawn, STDOUT_FILENO, streams.output);
+    useStream(spawn, STDERR_FILENO, streams.errors);
+    // A program that leaves others behind gives them its session.
+    if (streams.output < 0) spawn.makeSession();
     pid_t child = -1;
-    const int failure =
-        ::posix_spawn(&child, arguments[0].c_str(), &actions, &attributes, argumentPointers(arguments).data(), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    ::posix_spawnattr_destroy(&attributes);
-    return failure == 0 ? child : -1;
+    return spawn.start(child, arguments[0], argumentPointers(arguments), environ) == 0 ? child : -1;
 }
 
 /// The grandchild's part of a detached start: only calls that are safe after a fork. Tells `report` that it failed.
@@ -141,8 +101,7 @@ std::optional<std::string> installedProgram(const std::string& name, const std::
 std::optional<ProgramResult> runProgram(const std::vector<std::string>& arguments) {
     auto output = makePipe(), errors = makePipe();
     if (!output || !errors) return std::nullopt;
-    keepStatusOfChildren();
-    const pid_t child = spawn(arguments, {output->writing.get(), errors->writing.get()});
+    const pid_t child = start(arguments, {output->writing.get(), errors->writing.get()});
     if (child < 0) return std::nullopt;
     output->writing.reset();
     errors->writing.reset();
@@ -153,8 +112,7 @@ std::optional<ProgramResult> runProgram(const std::vector<std::string>& argument
 }
 
 std::optional<int> runQuietly(const std::vector<std::string>& arguments) {
-    keepStatusOfChildren();
-    const pid_t child = spawn(arguments, {});
+    const pid_t child = start(arguments, {});
     return child < 0 ? std::nullopt : std::optional(waitFor(child));
 }
 

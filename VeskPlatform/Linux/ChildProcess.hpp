@@ -31,9 +31,6 @@ std::optional<int> runQuietly(const std::vector<std::string>& arguments);
 /// descriptors and signals as above. False where it cannot be started.
 bool startDetached(const std::vector<std::string>& arguments);
 
-/// The arguments as execve(2) wants them, with a null pointer at the end; valid while they are.
-std::vector<char*> argumentPointers(const std::vector<std::string>& arguments);
-
 /// Puts every signal at its default and blocks none, in a child between fork and exec: only calls that are safe there.
 void resetSignals();
 

@@ -2,8 +2,9 @@
 
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 #include "VeskPlatform/Linux/Chromium/WebEngineError.hpp"
+#include "VeskPlatform/Linux/Pipe.hpp"
+#include "VeskPlatform/Linux/ProgramSpawn.hpp"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -24,14 +25,10 @@ constexpr int firstPipe = 3, secondPipe = 4;
                          std::string("The browser engine could not be started: ") + std::strerror(failure) + ".");
 }
 
-struct Pipe {
-    FileDescriptor reading, writing;
-};
-
-Pipe makePipe() {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) failToStart(errno);
-    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+Pipe makeEnginePipe() {
+    std::optional<Pipe> pipe = makePipe();
+    if (!pipe) failToStart(errno);
+    return std::move(*pipe);
 }
 
 /// What the child needs, made before the fork: after it only calls that are safe then.
@@ -90,10 +87,10 @@ void waitUntilGone(pid_t group) {
 } // namespace
 
 EngineProcess::EngineProcess(const EngineProgram& program, const std::string& logPath) {
-    Pipe toEngine = makePipe(), fromEngine = makePipe(), report = makePipe();
+    Pipe toEngine = makeEnginePipe(), fromEngine = makeEnginePipe(), report = makeEnginePipe();
     const FileDescriptor log(::open(logPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
     if (!log) failToStart(errno);
-    std::signal(SIGCHLD, SIG_DFL); // ignored, the kernel keeps no status of children
+    keepStatusOfChildren();
     ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     const auto arguments = argumentPointers(program.arguments), environment = argumentPointers(program.environment);
     const Start start{program.path.c_str(),
