@@ -8,7 +8,7 @@ AppUpdateReleaseIdentity::AppUpdateReleaseIdentity(std::string_view versionText,
                                                    std::string_view channelText)
     : version(trimmed(versionText)), build(trimmed(buildText)), channel(trimmed(channelText)) {}
 
-void read(const JsonValue& json, const std::string& path, AppUpdateReleaseIdentity& out) {
+void read(JsonValue& json, const records::Path& path, AppUpdateReleaseIdentity& out) {
     records::read<AppUpdateReleaseIdentity>(json, path, out);
     out = AppUpdateReleaseIdentity(out.version, out.build, out.channel);
 }

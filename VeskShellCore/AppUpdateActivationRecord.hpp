@@ -30,7 +30,7 @@ inline constexpr auto recordTable<AppUpdateReleaseIdentity> =
                  required("build", &AppUpdateReleaseIdentity::build),
                  required("channel", &AppUpdateReleaseIdentity::channel));
 
-void read(const JsonValue& json, const std::string& path, AppUpdateReleaseIdentity& out);
+void read(JsonValue& json, const records::Path& path, AppUpdateReleaseIdentity& out);
 
 /// How far an update has come.
 enum class AppUpdateActivationPhase {

@@ -59,7 +59,7 @@ struct Shift {
     bool operator==(const Shift&) const = default;
 };
 template <> inline constexpr auto recordTable<Shift> = recordFields(required("minutes", &Shift::hours));
-void read(const JsonValue& json, const std::string& path, Shift& out) {
+void read(JsonValue& json, const records::Path& path, Shift& out) {
     records::read<Shift>(json, path, out);
     out.hours /= 60;
 }
