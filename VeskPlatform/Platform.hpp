@@ -27,6 +27,7 @@ class PdfDocuments;
 class PrivateFiles;
 class Processes;
 class ProgramLauncher;
+class RandomSource;
 class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
@@ -68,6 +69,7 @@ public:
     virtual PrivateFiles& privateFiles() = 0;
     virtual Processes& processes() = 0;
     virtual ProgramLauncher& programLauncher() = 0;
+    virtual RandomSource& randomSource() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;
     virtual WebEngine& webEngine() = 0;

@@ -4,35 +4,25 @@
 #include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/PrivateFiles.hpp"
 #include "VeskPlatform/SerialQueue.hpp"
+#include "VeskShellCore/ApplicationSupport.hpp"
 #include "VeskSupport/Iso8601.hpp"
-#include "VeskSupport/Text.hpp"
 
 namespace vesk::ShellDebugLogger {
 namespace {
 
-std::string logDirectory(const std::string& baseDirectory) {
-    return baseDirectory + (baseDirectory.ends_with('/') ? "logs" : "/logs");
-}
-
-std::optional<std::string> baseDirectory(Environment& environment) {
-    if (const auto value = environment.value("VESK_APP_SUPPORT_DIR")) {
-        const std::string_view path = trimmed(*value);
-        if (!path.empty()) return std::string(path);
-    }
-    const std::string home = environment.homeDirectory();
-    if (home.empty()) return std::nullopt;
-    return home + (home.ends_with('/') ? "" : "/") + "Library/Application Support/Vesk";
+std::optional<std::string> logDirectory(Environment& environment) {
+    return applicationSupportItem(environment, "logs");
 }
 
 std::string fileIn(const std::string& directory) { return directory + "/shell-debug.log"; }
 
 /// Permissions are set again with each line, so that what was widened by other means is tightened.
 void write(Environment& environment, PrivateFiles& files, std::string_view line) {
-    const auto base = baseDirectory(environment);
-    if (!base) return;
-    const std::string directory = logDirectory(*base), file = fileIn(directory);
-    files.createDirectories(directory);
-    files.setPermissions(directory, 0700);
+    const auto directory = logDirectory(environment);
+    if (!directory) return;
+    const std::string file = fileIn(*directory);
+    files.createDirectories(*directory, 0777);
+    files.setPermissions(*directory, 0700);
     if (files.exists(file))
         files.append(file, line);
     else
@@ -72,8 +62,8 @@ void log(Platform& platform, const std::function<std::string()>& message) {
 }
 
 std::optional<std::string> logFileURL(Environment& environment) {
-    const auto base = baseDirectory(environment);
-    return base ? std::optional(fileIn(logDirectory(*base))) : std::nullopt;
+    const auto directory = logDirectory(environment);
+    return directory ? std::optional(fileIn(*directory)) : std::nullopt;
 }
 
 std::string preview(std::string_view data, std::size_t) {

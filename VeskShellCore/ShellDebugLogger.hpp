@@ -29,8 +29,7 @@ void log(const Ports& ports, const std::function<std::string()>& message);
 /// The same from the main executor.
 void log(Platform& platform, const std::function<std::string()>& message);
 
-/// "logs/shell-debug.log" in the folder that `VESK_APP_SUPPORT_DIR` names, or in "Library/Application Support/Vesk" of
-/// the home folder. Computed afresh; none where there is neither.
+/// "logs/shell-debug.log" in the application support directory; none where there is none.
 std::optional<std::string> logFileURL(Environment& environment);
 
 /// Tells how many bytes there are and nothing of what they are. `limit` has no effect.

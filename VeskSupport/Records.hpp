@@ -1,8 +1,12 @@
 #pragma once
 
+#include "VeskSupport/Instant.hpp"
+#include "VeskSupport/Iso8601.hpp"
 #include "VeskSupport/Json.hpp"
+#include "VeskSupport/Uuid.hpp"
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -28,6 +32,9 @@ namespace vesk {
 // keeps the member's own initial value, and a missing or null derived field is made from the fields above it. A field
 // that others spell in another way, `optional("nickName", &Person::nickname).orElse("nick_name")`, is read under that
 // key where its own is missing or null, and always written under its own.
+//
+// An Instant is a string of ISO 8601 without a fraction of a second, always written in UTC; a Uuid is its canonical
+// text, always written in upper case. A type that needs more care declares `read` and `toJson` beside itself.
 
 enum class FieldRule { required, optional, defaulted };
 
@@ -87,6 +94,8 @@ inline JsonValue toJson(bool v) { return {v}; }
 inline JsonValue toJson(double v) { return {v}; }
 inline JsonValue toJson(const std::string& v) { return {v}; }
 inline JsonValue toJson(const JsonValue& v) { return v; }
+inline JsonValue toJson(Instant v) { return {formatInternetDateTime(v, std::chrono::seconds(0))}; }
+inline JsonValue toJson(const Uuid& v) { return {v.text()}; }
 template <std::integral T>
     requires(!std::same_as<T, bool>)
 JsonValue toJson(T v) {
@@ -124,16 +133,38 @@ template <Record R> JsonValue toJson(const R& record) {
 
 namespace records {
 
-[[noreturn]] inline void failMistyped(const std::string& path, std::string_view expected) {
+/// Where a value stands in the document, as a chain up to it: it becomes text only in the failure that names it.
+class Path {
+public:
+    Path() = default;
+    Path(const Path& parent, std::string_view key) : parent_(&parent), key_(key) {}
+    Path(const Path& list, std::size_t index) : parent_(&list), index_(index) {}
+    Path(const Path&) = delete;
+    Path& operator=(const Path&) = delete;
+
+    /// `inner[1].count`; empty for the document itself.
+    std::string text() const {
+        if (parent_ == nullptr) return {};
+        std::string above = parent_->text();
+        if (index_) return above + "[" + std::to_string(*index_) + "]";
+        if (!above.empty()) above += '.';
+        return above.append(key_);
+    }
+
+private:
+    const Path* parent_ = nullptr;
+    std::string_view key_;
+    std::optional<std::size_t> index_;
+};
+
+[[noreturn]] inline void failMistyped(const Path& path, std::string_view expected) {
+    const std::string text = path.text();
     throw DecodingError(DecodingError::Kind::corrupt,
-                        "The data cannot be read: " + (path.empty() ? "the document" : path) + " is not "
+                        "The data cannot be read: " + (text.empty() ? "the document" : text) + " is not "
                             + std::string(expected) + ".");
 }
-[[noreturn]] inline void failMissing(const std::string& path) {
-    throw DecodingError(DecodingError::Kind::keyNotFound, "The data cannot be read: " + path + " is missing.");
-}
-inline std::string childPath(const std::string& path, std::string_view key) {
-    return path.empty() ? std::string(key) : path + "." + std::string(key);
+[[noreturn]] inline void failMissing(const Path& path) {
+    throw DecodingError(DecodingError::Kind::keyNotFound, "The data cannot be read: " + path.text() + " is missing.");
 }
 
 /// `"letter", "a4"`.
@@ -144,20 +175,30 @@ template <RawEnumeration E> std::string knownWords() {
     return words;
 }
 
-template <class T> const T& expect(const JsonValue& json, const std::string& path, std::string_view expected) {
-    const T* value = std::get_if<T>(&json.value);
+template <class T> T& expect(JsonValue& json, const Path& path, std::string_view expected) {
+    T* value = std::get_if<T>(&json.value);
     if (value == nullptr) failMistyped(path, expected);
     return *value;
 }
 
-inline void read(const JsonValue& json, const std::string& path, bool& out) {
-    out = expect<bool>(json, path, "a boolean");
+// Each moves out of `json` what it keeps.
+
+inline void read(JsonValue& json, const Path& path, bool& out) { out = expect<bool>(json, path, "a boolean"); }
+inline void read(JsonValue& json, const Path& path, std::string& out) {
+    out = std::move(expect<std::string>(json, path, "a string"));
 }
-inline void read(const JsonValue& json, const std::string& path, std::string& out) {
-    out = expect<std::string>(json, path, "a string");
+inline void read(JsonValue& json, const Path&, JsonValue& out) { out = std::move(json); }
+inline void read(JsonValue& json, const Path& path, Instant& out) {
+    const auto value = parseInternetDateTime(expect<std::string>(json, path, "a string"), FractionalSeconds::refused);
+    if (!value) failMistyped(path, "a date of ISO 8601");
+    out = *value;
 }
-inline void read(const JsonValue& json, const std::string&, JsonValue& out) { out = json; }
-inline void read(const JsonValue& json, const std::string& path, double& out) {
+inline void read(JsonValue& json, const Path& path, Uuid& out) {
+    const auto value = Uuid::parse(expect<std::string>(json, path, "a string"));
+    if (!value) failMistyped(path, "a UUID");
+    out = *value;
+}
+inline void read(JsonValue& json, const Path& path, double& out) {
     if (const auto* whole = std::get_if<std::int64_t>(&json.value))
         out = static_cast<double>(*whole);
     else
@@ -165,7 +206,7 @@ inline void read(const JsonValue& json, const std::string& path, double& out) {
 }
 template <std::integral T>
     requires(!std::same_as<T, bool>)
-void read(const JsonValue& json, const std::string& path, T& out) {
+void read(JsonValue& json, const Path& path, T& out) {
     std::int64_t whole = 0;
     if (const auto* real = std::get_if<double>(&json.value)) {
         // 2^63 is the first double beyond the range; a fraction is refused, 3.0 is not.
@@ -178,46 +219,47 @@ void read(const JsonValue& json, const std::string& path, T& out) {
     if (!std::in_range<T>(whole)) failMistyped(path, "a whole number within its range");
     out = static_cast<T>(whole);
 }
-template <RawEnumeration E> void read(const JsonValue& json, const std::string& path, E& out) {
+template <RawEnumeration E> void read(JsonValue& json, const Path& path, E& out) {
     const auto value = fromRawValue<E>(expect<std::string>(json, path, "a string"));
     if (!value) failMistyped(path, "one of " + knownWords<E>());
     out = *value;
 }
-template <Record R> void read(const JsonValue& json, const std::string& path, R& out);
-template <class T> void read(const JsonValue& json, const std::string& path, std::vector<T>& out) {
-    const auto& list = expect<JsonValue::Array>(json, path, "a list");
+template <Record R> void read(JsonValue& json, const Path& path, R& out);
+template <class T> void read(JsonValue& json, const Path& path, std::vector<T>& out) {
+    auto& list = expect<JsonValue::Array>(json, path, "a list");
     out.clear();
-    for (const JsonValue& item : list) {
-        const std::string itemPath = path + "[" + std::to_string(out.size()) + "]";
+    out.reserve(list.size());
+    for (JsonValue& item : list) {
+        const Path itemPath(path, out.size());
         read(item, itemPath, out.emplace_back());
     }
 }
-template <class T> void read(const JsonValue& json, const std::string& path, std::map<std::string, T>& out) {
+template <class T> void read(JsonValue& json, const Path& path, std::map<std::string, T>& out) {
     out.clear();
-    for (const auto& [key, value] : expect<JsonValue::Object>(json, path, "an object"))
-        read(value, childPath(path, key), out[key]);
+    for (auto& [key, value] : expect<JsonValue::Object>(json, path, "an object"))
+        read(value, Path(path, key), out[key]);
 }
-template <class T> void read(const JsonValue& json, const std::string& path, std::optional<T>& out) {
+template <class T> void read(JsonValue& json, const Path& path, std::optional<T>& out) {
     read(json, path, out.emplace());
 }
 
 /// The value of a key; null where it is missing or null itself.
-inline const JsonValue* present(const JsonValue::Object& object, std::string_view key) {
+inline JsonValue* present(JsonValue::Object& object, std::string_view key) {
     const auto found = object.find(key);
     const bool absent = found == object.end() || std::holds_alternative<std::nullptr_t>(found->second.value);
     return absent ? nullptr : &found->second;
 }
 
-template <Record R> void read(const JsonValue& json, const std::string& path, R& out) {
-    const auto& object = expect<JsonValue::Object>(json, path, "an object");
+template <Record R> void read(JsonValue& json, const Path& path, R& out) {
+    auto& object = expect<JsonValue::Object>(json, path, "an object");
     const auto readField = [&](const auto& field) {
         std::string_view key = field.key;
-        const JsonValue* value = present(object, key);
+        JsonValue* value = present(object, key);
         if (value == nullptr && !field.otherKey.empty()) value = present(object, key = field.otherKey);
         if (value != nullptr)
-            read(*value, childPath(path, key), out.*field.member);
+            read(*value, Path(path, key), out.*field.member);
         else if (field.rule == FieldRule::required)
-            failMissing(childPath(path, field.key));
+            failMissing(Path(path, field.key));
         else if (field.derive != nullptr)
             out.*field.member = field.derive(out);
     };
@@ -226,10 +268,11 @@ template <Record R> void read(const JsonValue& json, const std::string& path, R&
 
 } // namespace records
 
-/// Reads a record from a JSON value. Throws DecodingError.
-template <Record R> R fromJson(const JsonValue& json) {
+/// Reads a record from a JSON value, which it takes apart. Throws DecodingError.
+template <Record R> R fromJson(JsonValue json) {
+    using records::read; // and what stands beside the record
     R record{};
-    records::read(json, {}, record);
+    read(json, records::Path{}, record);
     return record;
 }
 

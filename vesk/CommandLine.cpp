@@ -34,6 +34,8 @@ public:
             ->type_name("FILE");
         compose_->add_flag("--quiet", composeCommand_.quiet, "Show no progress");
         addFiles(*app_.add_subcommand("files", "Files of the cloud drive, and access to local ones"));
+        liveness_ = app_.add_subcommand("liveness", "Tell whether the assistant is alive");
+        addUpdateRecord(*app_.add_subcommand("update-record", "What is kept of an update across the relaunch"));
     }
 
     Command parse(std::vector<std::string> arguments) {
@@ -105,6 +107,29 @@ private:
         return std::nullopt;
     }
 
+    void addUpdateRecord(CLI::App& noun) {
+        noun.require_subcommand(1);
+        addRecordFile(*(showRecord_ = noun.add_subcommand("show", "Print the record")));
+        addRecordFile(*(deleteRecord_ = noun.add_subcommand("delete", "Remove the record")));
+        deleteRecord_->add_option("--expect", expectedUpdate_, "Only where the record is this update's")
+            ->type_name("UUID");
+    }
+
+    void addRecordFile(CLI::App& command) {
+        command.add_option("--file", updateRecord_.file, "The record's file, in place of the application's own")
+            ->type_name("PATH");
+    }
+
+    std::optional<UpdateRecordCommand> parsedUpdateRecord() {
+        if (!showRecord_->parsed() && !deleteRecord_->parsed()) return std::nullopt;
+        updateRecord_.verb = deleteRecord_->parsed() ? UpdateRecordVerb::remove : UpdateRecordVerb::show;
+        if (updateRecord_.file && isBlank(*updateRecord_.file)) throw UsageError(usage(), "PATH names nothing.");
+        if (expectedUpdate_) updateRecord_.expectedUpdateID = Uuid::parse(*expectedUpdate_);
+        if (expectedUpdate_ && !updateRecord_.expectedUpdateID)
+            throw UsageError(usage(), "--expect needs a UUID, not \"" + *expectedUpdate_ + "\".");
+        return updateRecord_;
+    }
+
     Command parsed() {
         for (const auto& [verb, command] : verbs_) {
             if (!command->parsed()) continue;
@@ -119,6 +144,8 @@ private:
         if (doctor_->parsed()) return doctorCommand_;
         if (compose_->parsed()) return composeCommand_;
         if (auto files = parsedFiles()) return *std::move(files);
+        if (liveness_->parsed()) return LivenessCommand{};
+        if (auto record = parsedUpdateRecord()) return *std::move(record);
         if (!version_)
             throw UsageError(usage(), json_ ? "--json needs --version or a command." : "A command is needed.");
         return VersionCommand{json_};
@@ -146,6 +173,11 @@ private:
     ComposeCommand composeCommand_;
     std::vector<std::pair<FilesVerb, CLI::App*>> filesVerbs_;
     FilesCommand files_;
+    CLI::App* liveness_ = nullptr;
+    CLI::App* showRecord_ = nullptr;
+    CLI::App* deleteRecord_ = nullptr;
+    UpdateRecordCommand updateRecord_;
+    std::optional<std::string> expectedUpdate_;
     bool version_ = false, json_ = false;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VeskShellCore/ICloudModels.hpp"
+#include "VeskSupport/Uuid.hpp"
 
 #include <optional>
 #include <stdexcept>
@@ -54,9 +55,17 @@ struct FilesCommand {
     std::string output;
     bool overwrite = false;
 };
+struct LivenessCommand {};
+enum class UpdateRecordVerb { show, remove };
+struct UpdateRecordCommand {
+    UpdateRecordVerb verb{};
+    /// None for the one of the application support directory.
+    std::optional<std::string> file;
+    std::optional<Uuid> expectedUpdateID;
+};
 
 using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
-                             ComposeCommand, FilesCommand>;
+                             ComposeCommand, FilesCommand, LivenessCommand, UpdateRecordCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

@@ -11,6 +11,8 @@
 #include "vesk/ConsentPage.hpp"
 #include "vesk/Doctor.hpp"
 #include "vesk/FilesCommand.hpp"
+#include "vesk/LivenessCommand.hpp"
+#include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
 #include <cerrno>
@@ -66,6 +68,16 @@ public:
     int operator()(const FilesCommand& command) {
         LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
         print(runFiles(command, platform));
+        return succeeded;
+    }
+    int operator()(const LivenessCommand&) {
+        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+        print(runLiveness(platform));
+        return succeeded;
+    }
+    int operator()(const UpdateRecordCommand& command) {
+        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+        print(runUpdateRecord(command, platform));
         return succeeded;
     }
 

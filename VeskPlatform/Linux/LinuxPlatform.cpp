@@ -26,6 +26,7 @@
 #include "VeskPlatform/Linux/SteadyMonotonicClock.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
+#include "VeskPlatform/Linux/SystemRandomSource.hpp"
 #include "VeskPlatform/Linux/ThreadSerialQueue.hpp"
 #include "VeskPlatform/Linux/TimerSleeper.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
@@ -60,6 +61,7 @@ struct LinuxPlatform::Adapters {
     std::optional<PosixPrivateFiles> privateFiles;
     std::optional<PosixProcesses> processes;
     std::optional<PosixProgramLauncher> programLauncher;
+    std::optional<SystemRandomSource> randomSource;
     std::optional<CompanionSettingsOpener> settingsOpener;
     std::optional<PropertyListBundleInformation> bundleInformation;
     std::optional<DriveCloudAccount> cloudAccount;
@@ -101,6 +103,7 @@ PdfDocuments& LinuxPlatform::pdfDocuments() {
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
 Processes& LinuxPlatform::processes() { return built(adapters_->processes); }
 ProgramLauncher& LinuxPlatform::programLauncher() { return built(adapters_->programLauncher); }
+RandomSource& LinuxPlatform::randomSource() { return built(adapters_->randomSource); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
 

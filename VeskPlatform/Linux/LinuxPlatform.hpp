@@ -53,6 +53,7 @@ public:
     PrivateFiles& privateFiles() override;
     Processes& processes() override;
     ProgramLauncher& programLauncher() override;
+    RandomSource& randomSource() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;
     WebEngine& webEngine() override;

@@ -5,12 +5,11 @@
 #include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/FileWriting.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
-#include "VeskPlatform/Linux/RandomUuid.hpp"
+#include "VeskPlatform/Linux/SystemRandomSource.hpp"
 #include "VeskPlatform/Linux/WorkFolder.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
@@ -173,9 +172,8 @@ void PosixFileManager::removeItem(const std::string& path) {
 }
 
 std::unique_ptr<WorkDirectory> PosixFileManager::makeWorkDirectory(const std::string& prefix) {
-    std::string name = randomUuid();
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return std::make_unique<WorkFolder>(temporaryFolder(), prefix, name);
+    SystemRandomSource source;
+    return std::make_unique<WorkFolder>(temporaryFolder(), prefix, randomUuid(source).text());
 }
 
 bool PosixFileManager::isExecutableFile(const std::string& path) {

@@ -35,6 +35,16 @@ void flushFolder(const std::string& path) {
     if (::fsync(folder.get()) != 0 && errno != EINVAL) throw PosixError(errno, path);
 }
 
+/// An existing regular file.
+FileDescriptor openForWriting(const std::string& path, int flags) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | flags));
+    if (!file) throw PosixError(errno == ENXIO ? EINVAL : errno, path);
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0) throw PosixError(errno, path);
+    if (!S_ISREG(status.st_mode)) throw PosixError(EINVAL, path);
+    return file;
+}
+
 } // namespace
 
 void makeFolders(const std::string& path, unsigned mode) {
@@ -46,7 +56,7 @@ void makeFolders(const std::string& path, unsigned mode) {
     if (failure != EEXIST || !isFolder(path)) throw PosixError(failure, path);
 }
 
-void PosixPrivateFiles::createDirectories(const std::string& path) { makeFolders(path, 0777); }
+void PosixPrivateFiles::createDirectories(const std::string& path, unsigned mode) { makeFolders(path, mode); }
 
 void PosixPrivateFiles::setPermissions(const std::string& path, unsigned mode) {
     if (::chmod(path.c_str(), mode) != 0) throw PosixError(errno, path);
@@ -59,12 +69,39 @@ bool PosixPrivateFiles::exists(const std::string& path) {
     throw PosixError(errno, path);
 }
 
+void PosixPrivateFiles::createFile(const std::string& path, unsigned mode) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (!file) throw PosixError(errno, path);
+    try {
+        if (::fchmod(file.get(), mode) != 0) throw PosixError(errno, path); // the mask may have taken some of it
+        file.close(path);
+    } catch (...) {
+        (void)::unlink(path.c_str());
+        throw;
+    }
+}
+
+void PosixPrivateFiles::writeThrough(const std::string& path, std::string_view bytes) {
+    FileDescriptor file = openForWriting(path, 0);
+    if (::ftruncate(file.get(), 0) != 0) throw PosixError(errno, path);
+    writeAll(file, bytes, path);
+    flush(file, path);
+    file.close(path);
+}
+
+void PosixPrivateFiles::rename(const std::string& path, const std::string& newPath) {
+    if (::rename(path.c_str(), newPath.c_str()) != 0) throw PosixError(errno, newPath);
+    // The file has its new name by now, so nothing may fail any more; it is as durable as the system makes it.
+    const FileDescriptor folder(::open(folderOf(newPath).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) (void)::fsync(folder.get());
+}
+
+void PosixPrivateFiles::removeFile(const std::string& path) {
+    if (::unlink(path.c_str()) != 0) throw PosixError(errno, path);
+}
+
 void PosixPrivateFiles::append(const std::string& path, std::string_view bytes) {
-    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file) throw PosixError(errno == ENXIO ? EINVAL : errno, path);
-    struct stat status {};
-    if (::fstat(file.get(), &status) != 0) throw PosixError(errno, path);
-    if (!S_ISREG(status.st_mode)) throw PosixError(EINVAL, path);
+    FileDescriptor file = openForWriting(path, O_APPEND);
     writeAll(file, bytes, path);
     file.close(path);
 }

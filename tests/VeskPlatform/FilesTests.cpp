@@ -16,7 +16,10 @@ namespace {
 struct FakeFileWorld {
     FakeFileReader fakeReader;
     FakePrivateFiles fakeFiles;
-    FakeFileWorld() { fakeReader.folders.insert(folder()); }
+    FakeFileWorld() {
+        fakeReader.folders.insert(folder());
+        fakeFiles.folders.insert(folder());
+    }
     FakeFileReader& reader() { return fakeReader; }
     FakePrivateFiles& files() { return fakeFiles; }
     std::string folder() const { return "/private"; }
@@ -100,8 +103,8 @@ struct PosixPrivateFilesTests : ::testing::Test {
 };
 
 TEST_F(PosixPrivateFilesTests, CreatesAncestorsToo) {
-    files.createDirectories(folder / "a/b/c");
-    EXPECT_TRUE(std::filesystem::is_directory(folder / "a/b/c"));
+    files.createDirectories(folder / "a/b/c", 0700);
+    for (const char* name : {"a", "a/b", "a/b/c"}) EXPECT_EQ(folder.mode(name), 0700U) << name;
 }
 
 TEST_F(PosixPrivateFilesTests, ANewFileIsPrivateAndLeavesNoTemporaryOneBehind) {
@@ -119,6 +122,32 @@ TEST_F(PosixPrivateFilesTests, AFailedWriteLeavesNothingBehind) {
 TEST_F(PosixPrivateFilesTests, APipeInTheFilesPlaceIsRefusedWithoutWaiting) {
     ASSERT_EQ(::mkfifo((folder / "log").c_str(), 0600), 0);
     EXPECT_EQ(posixCodeOf([&] { files.append(folder / "log", "x"); }), EINVAL);
+    EXPECT_EQ(posixCodeOf([&] { files.writeThrough(folder / "log", "x"); }), EINVAL);
+}
+
+TEST_F(PosixPrivateFilesTests, ANewFileHasItsPermissionsWhateverTheMask) {
+    const mode_t before = ::umask(0777);
+    files.createFile(folder / "file", 0600);
+    ::umask(before);
+    EXPECT_EQ(folder.mode("file"), 0600U);
+}
+
+TEST_F(PosixPrivateFilesTests, ANewFileNeverFollowsALink) {
+    std::filesystem::create_symlink(folder / "elsewhere", folder / "file");
+    EXPECT_EQ(posixCodeOf([&] { files.createFile(folder / "file", 0600); }), EEXIST);
+    EXPECT_FALSE(folder.exists("elsewhere"));
+}
+
+TEST_F(PosixPrivateFilesTests, ALinkItselfIsReplacedAndRemoved) {
+    folder.write("kept", "kept");
+    folder.write("new", "new");
+    std::filesystem::create_symlink(folder / "kept", folder / "link");
+    files.rename(folder / "new", folder / "link");
+    EXPECT_FALSE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_EQ(folder.read("kept"), "kept");
+    std::filesystem::create_symlink(folder / "kept", folder / "second");
+    files.removeFile(folder / "second");
+    EXPECT_EQ(folder.read("kept"), "kept");
 }
 
 TEST_F(PosixPrivateFilesTests, ABrokenLinkDoesNotExistAndALoopFails) {

@@ -43,6 +43,27 @@ inline constexpr auto recordTable<Counted> =
     recordFields(defaulted("names", &Counted::names), derived("count", &Counted::count, &countOfNames),
                  optional("mailBox", &Counted::mail).orElse("mail_box"), defaulted("places", &Counted::places));
 
+struct Moment {
+    Instant when{};
+    Uuid identifier;
+    std::optional<Instant> until;
+    bool operator==(const Moment&) const = default;
+};
+template <>
+inline constexpr auto recordTable<Moment> = recordFields(
+    required("when", &Moment::when), required("identifier", &Moment::identifier), optional("until", &Moment::until));
+
+/// Reads and writes itself: a number of minutes is kept as hours.
+struct Shift {
+    std::int64_t hours = 0;
+    bool operator==(const Shift&) const = default;
+};
+template <> inline constexpr auto recordTable<Shift> = recordFields(required("minutes", &Shift::hours));
+void read(JsonValue& json, const records::Path& path, Shift& out) {
+    records::read<Shift>(json, path, out);
+    out.hours /= 60;
+}
+
 namespace {
 
 Counted decodeCounted(std::string_view text) { return fromJson<Counted>(parseJson(text)); }
@@ -121,6 +142,39 @@ TEST(Records, HoldMapsOfRecords) {
         EXPECT_EQ(error.description(), "The data cannot be read: places.home.count is not a whole number.");
     }
 }
+
+TEST(Records, DatesAndIdentifiersAreStrings) {
+    const std::string text = "{\n  \"identifier\" : \"0E984725-C51C-4BF4-9960-E1C80E27ABA0\",\n"
+                             "  \"when\" : \"2026-04-26T14:03:22Z\"\n}";
+    const auto moment = fromJson<Moment>(parseJson(text));
+    EXPECT_EQ(moment.identifier.lowercaseText(), "0e984725-c51c-4bf4-9960-e1c80e27aba0");
+    EXPECT_EQ(moment.when.time_since_epoch(), std::chrono::seconds(1777212202));
+    EXPECT_EQ(writeJson(toJson(moment)), text);
+    EXPECT_EQ(fromJson<Moment>(parseJson(R"({"when":"2026-04-26T16:03:22+02:00","until":null,
+                  "identifier":"0e984725-c51c-4bf4-9960-e1c80e27aba0"})")),
+              moment);
+}
+
+TEST(Records, OtherDatesAndIdentifiersAreRefused) {
+    const auto failureOf = [](const std::string& when, const std::string& identifier) -> std::string {
+        try {
+            fromJson<Moment>(parseJson(R"({"when":)" + when + R"(,"identifier":)" + identifier + "}"));
+            return "no failure";
+        } catch (const DecodingError& error) {
+            return error.description();
+        }
+    };
+    const std::string date = R"("2026-04-26T14:03:22Z")", identifier = R"("0E984725-C51C-4BF4-9960-E1C80E27ABA0")";
+    EXPECT_EQ(failureOf(date, identifier), "no failure");
+    for (const char* wrong : {R"("2026-04-26T14:03:22.5Z")", R"("2026-04-26 14:03:22Z")", R"("2026-04-26T14:03:22")",
+                              R"("2026-02-30T14:03:22Z")", R"("")", R"("today")"})
+        EXPECT_EQ(failureOf(wrong, identifier), "The data cannot be read: when is not a date of ISO 8601.") << wrong;
+    EXPECT_EQ(failureOf("1777212202", identifier), "The data cannot be read: when is not a string.");
+    EXPECT_EQ(failureOf(date, R"("0E984725")"), "The data cannot be read: identifier is not a UUID.");
+    EXPECT_EQ(failureOf(date, "7"), "The data cannot be read: identifier is not a string.");
+}
+
+TEST(Records, ATypeMayReadItself) { EXPECT_EQ(fromJson<Shift>(parseJson(R"({"minutes":180})")).hours, 3); }
 
 } // namespace
 } // namespace vesk

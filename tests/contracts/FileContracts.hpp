@@ -65,14 +65,15 @@ TYPED_TEST_SUITE_P(PrivateFilesContract);
 TYPED_TEST_P(PrivateFilesContract, CreatesFoldersAndIsContentWithExistingOnes) {
     const std::string folder = this->world.folder() + "/a";
     EXPECT_FALSE(this->world.files().exists(folder));
-    this->world.files().createDirectories(folder);
-    this->world.files().createDirectories(folder);
+    this->world.files().createDirectories(folder, 0700);
+    this->world.files().createDirectories(folder, 0750);
     EXPECT_TRUE(this->world.files().exists(folder));
+    EXPECT_EQ(this->world.mode(folder), 0700U);
 }
 
 TYPED_TEST_P(PrivateFilesContract, AFileInAFoldersPlaceIsRefused) {
     this->world.files().writeAtomically(this->file(), "x");
-    EXPECT_EQ(posixCodeOf([&] { this->world.files().createDirectories(this->file()); }), EEXIST);
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().createDirectories(this->file(), 0700); }), EEXIST);
 }
 
 TYPED_TEST_P(PrivateFilesContract, WritesReplacesAndAppends) {
@@ -96,8 +97,50 @@ TYPED_TEST_P(PrivateFilesContract, SetsPermissions) {
     EXPECT_EQ(this->world.mode(this->file()), 0640U);
 }
 
+TYPED_TEST_P(PrivateFilesContract, CreatesAnEmptyFileOnlyWhereNothingIs) {
+    this->world.files().createFile(this->file(), 0640);
+    EXPECT_EQ(this->world.bytes(this->file()), "");
+    EXPECT_EQ(this->world.mode(this->file()), 0640U);
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().createFile(this->file(), 0600); }), EEXIST);
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().createFile(this->world.folder(), 0600); }), EEXIST);
+}
+
+TYPED_TEST_P(PrivateFilesContract, WritesThroughToAFileThatIsThere) {
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().writeThrough(this->file(), "x"); }), ENOENT);
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().writeThrough(this->world.folder(), "x"); }), EISDIR);
+    this->world.files().createFile(this->file(), 0640);
+    this->world.files().writeThrough(this->file(), "a longer text");
+    this->world.files().writeThrough(this->file(), "short");
+    EXPECT_EQ(this->world.bytes(this->file()), "short");
+    EXPECT_EQ(this->world.mode(this->file()), 0640U);
+}
+
+TYPED_TEST_P(PrivateFilesContract, RenamesOverAFileWithBytesAndPermissions) {
+    const std::string other = this->world.folder() + "/other";
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().rename(other, this->file()); }), ENOENT);
+    this->world.files().writeAtomically(this->file(), "old");
+    this->world.files().createFile(other, 0640);
+    this->world.files().writeThrough(other, "new");
+    this->world.files().rename(other, this->file());
+    EXPECT_EQ(this->world.bytes(this->file()), "new");
+    EXPECT_EQ(this->world.mode(this->file()), 0640U);
+    EXPECT_FALSE(this->world.files().exists(other));
+    this->world.files().createDirectories(this->world.folder() + "/inner", 0700);
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().rename(this->file(), this->world.folder() + "/inner"); }), EISDIR);
+    EXPECT_EQ(this->world.bytes(this->file()), "new");
+}
+
+TYPED_TEST_P(PrivateFilesContract, RemovesAFileAndNoFolder) {
+    this->world.files().writeAtomically(this->file(), "x");
+    this->world.files().removeFile(this->file());
+    EXPECT_FALSE(this->world.files().exists(this->file()));
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().removeFile(this->file()); }), ENOENT);
+    EXPECT_EQ(posixCodeOf([&] { this->world.files().removeFile(this->world.folder()); }), EISDIR);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(PrivateFilesContract, CreatesFoldersAndIsContentWithExistingOnes,
                             AFileInAFoldersPlaceIsRefused, WritesReplacesAndAppends, AppendingNeedsAFile,
-                            SetsPermissions);
+                            SetsPermissions, CreatesAnEmptyFileOnlyWhereNothingIs, WritesThroughToAFileThatIsThere,
+                            RenamesOverAFileWithBytesAndPermissions, RemovesAFileAndNoFolder);
 
 } // namespace vesk::test

@@ -5,6 +5,7 @@
 #include "VeskPlatform/LocaleSettings.hpp"
 #include "VeskPlatform/MonotonicClock.hpp"
 #include "VeskPlatform/Processes.hpp"
+#include "VeskPlatform/RandomSource.hpp"
 #include "VeskPlatform/SerialQueue.hpp"
 #include "VeskPlatform/SettingsOpener.hpp"
 #include "VeskPlatform/Sleeper.hpp"
@@ -79,6 +80,15 @@ public:
     int errorOfNullSignal(std::int32_t processIdentifier) override {
         const auto found = errors.find(processIdentifier);
         return found == errors.end() ? ESRCH : found->second;
+    }
+};
+
+/// Counts instead: 1, 2, 3 … and on from where it was, so that no two fillings are the same.
+class FakeRandomSource : public RandomSource {
+public:
+    std::uint8_t last = 0;
+    void fill(std::span<std::uint8_t> bytes) override {
+        for (std::uint8_t& byte : bytes) byte = ++last;
     }
 };
 

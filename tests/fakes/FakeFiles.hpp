@@ -258,19 +258,22 @@ public:
     }
 };
 
-/// Files in memory with permissions; `failing` names verbs that throw ("append", "setPermissions" …).
+/// Files in memory with permissions; `failing` names verbs that throw ("append", "setPermissions" …), and `failingCall`
+/// is the number of the one call that does (from 1), whatever its verb. They throw `failure`.
 class FakePrivateFiles : public PrivateFiles {
 public:
     std::map<std::string, std::string> files;
     std::map<std::string, unsigned> modes;
     std::set<std::string> folders;
     std::set<std::string> failing;
+    std::size_t failingCall = 0;
+    int failure = EIO;
     std::vector<std::string> calls;
 
-    void createDirectories(const std::string& path) override {
+    void createDirectories(const std::string& path, unsigned mode) override {
         begin("createDirectories", path);
         if (files.contains(path)) throw PosixError(EEXIST, path);
-        folders.insert(path);
+        if (folders.insert(path).second) modes[path] = mode;
     }
     void setPermissions(const std::string& path, unsigned mode) override {
         begin("setPermissions", path);
@@ -280,9 +283,35 @@ public:
         begin("exists", path);
         return files.contains(path) || folders.contains(path);
     }
+    void createFile(const std::string& path, unsigned mode) override {
+        begin("createFile", path);
+        if (files.contains(path) || folders.contains(path)) throw PosixError(EEXIST, path);
+        files[path] = "";
+        modes[path] = mode;
+    }
+    void writeThrough(const std::string& path, std::string_view bytes) override {
+        begin("writeThrough", path);
+        requireFile(path);
+        files[path] = bytes;
+    }
+    void rename(const std::string& path, const std::string& newPath) override {
+        begin("rename", path);
+        requireFile(path);
+        if (folders.contains(newPath)) throw PosixError(EISDIR, newPath);
+        files[newPath] = std::string(files[path]);
+        modes[newPath] = modes[path];
+        files.erase(path);
+        modes.erase(path);
+    }
+    void removeFile(const std::string& path) override {
+        begin("removeFile", path);
+        requireFile(path);
+        files.erase(path);
+        modes.erase(path);
+    }
     void append(const std::string& path, std::string_view bytes) override {
         begin("append", path);
-        if (!files.contains(path)) throw PosixError(ENOENT, path);
+        requireFile(path);
         files[path] += bytes;
     }
     void writeAtomically(const std::string& path, std::string_view bytes) override {
@@ -293,7 +322,11 @@ public:
 private:
     void begin(const std::string& verb, const std::string& path) {
         calls.push_back(verb + " " + path);
-        if (failing.contains(verb)) throw PosixError(EIO, path);
+        if (failing.contains(verb) || calls.size() == failingCall) throw PosixError(failure, path);
+    }
+    void requireFile(const std::string& path) const {
+        if (folders.contains(path)) throw PosixError(EISDIR, path);
+        if (!files.contains(path)) throw PosixError(ENOENT, path);
     }
 };
 

@@ -46,6 +46,7 @@ public:
     FakePrivateFiles fakePrivateFiles;
     FakeProcesses fakeProcesses;
     FakeProgramLauncher fakeProgramLauncher;
+    FakeRandomSource fakeRandomSource;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
     FakeSleeper fakeSleeper{fakeMonotonicClock};
@@ -78,6 +79,7 @@ public:
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     Processes& processes() override { return fakeProcesses; }
     ProgramLauncher& programLauncher() override { return fakeProgramLauncher; }
+    RandomSource& randomSource() override { return fakeRandomSource; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
     WebEngine& webEngine() override { return fakeWebEngine; }

@@ -25,7 +25,7 @@ void RestoreToken::write(const std::string& token) const noexcept {
             return;
         }
         PosixPrivateFiles files;
-        files.createDirectories(folder_);
+        files.createDirectories(folder_, 0777);
         files.writeAtomically(path_, token);
     } catch (const std::exception&) { // the next session asks the user
     }

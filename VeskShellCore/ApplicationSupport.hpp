@@ -1,0 +1,18 @@
+#pragma once
+
+#include "VeskPlatform/Environment.hpp"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vesk {
+
+/// The folder of what the application keeps: the one that `VESK_APP_SUPPORT_DIR` names (without blanks at its ends),
+/// else "Library/Application Support/Vesk" in the home folder. Computed afresh; none where there is neither.
+std::optional<std::string> applicationSupportDirectory(Environment& environment);
+
+/// The path of `name` in that folder, such as "logs".
+std::optional<std::string> applicationSupportItem(Environment& environment, std::string_view name);
+
+} // namespace vesk
