@@ -4,10 +4,10 @@ import json
 import subprocess
 
 
-def measure(bench, folder):
-    """The figures of each program named Bench* in the folder."""
+def measure(bench):
+    """The figures of each program named Bench* in the folder of the micro-benchmarks."""
     figures = []
-    for program in sorted(folder.glob("Bench*")) if folder else []:
+    for program in sorted(bench.micro.glob("Bench*")) if bench.micro else []:
         report = subprocess.run([program, "--benchmark_format=json"], check=True, capture_output=True, text=True)
         for figure in json.loads(report.stdout)["benchmarks"]:
             figures.append({"name": figure["name"], "nanoseconds": figure["cpu_time"]})

@@ -22,13 +22,15 @@ import mail
 import micro
 import pdf
 import reel
+import runtime
 import start
 import surroundings
 import todos
 
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
 SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
-            "desktop": desktop, "desktop_focus": desktop_focus, "pdf": pdf, "reel": reel, "files": files}
+            "desktop": desktop, "desktop_focus": desktop_focus, "pdf": pdf, "reel": reel, "files": files,
+            "runtime": runtime}
 
 
 def parsed_arguments():
@@ -54,12 +56,12 @@ def main():
         sys.exit(f"side_by_side: the broker was not built in {programs}")
     figures = []
     with tempfile.TemporaryDirectory(prefix="vesk-bench.") as work:
-        bench = surroundings.Bench(programs, Path(work))
+        bench = surroundings.Bench(programs, Path(work), arguments.micro and arguments.micro.resolve())
         for name, subject in SUBJECTS.items():
             if name in arguments.subjects:
                 subject.measure(bench, arguments.sizes or subject.SIZES)
         if "micro" in arguments.subjects:
-            figures = micro.measure(bench, arguments.micro)
+            figures = micro.measure(bench)
 
     arguments.results.parent.mkdir(parents=True, exist_ok=True)
     arguments.results.write_text(json.dumps({

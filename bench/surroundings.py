@@ -25,10 +25,11 @@ class Run:
 class Bench:
     """One subject after another gets its folders, its caches and its environment here."""
 
-    def __init__(self, programs, work):
+    def __init__(self, programs, work, micro):
         self.broker = str(programs / "VeskCapabilityBroker")
         self.companion = str(programs / "vesk")
         self.work = work
+        self.micro = micro
         self.rows = []
         self.omitted = []
         for name in ("home", "config", "data", "state", "cache", "run"):

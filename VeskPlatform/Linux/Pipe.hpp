@@ -12,7 +12,8 @@ struct Pipe {
 };
 
 /// A new pipe whose ends are numbered beyond the standard streams, even where some of those are closed: a child's
-/// streams are put in place over their numbers. None where the system refuses; `errno` says why.
+/// streams are put in place over their numbers, and what this process writes to its own must not end up in the pipe.
+/// None where the system refuses; `errno` says why.
 std::optional<Pipe> makePipe();
 
 } // namespace vesk

@@ -154,5 +154,24 @@ TEST_F(PosixProgramLauncherFailureTests, ClosedStreamsOfThisProcessAreNotTheProg
     }
 }
 
+TEST_F(PosixProgramLauncherFailureTests, WhatThisProcessWritesToItsClosedStreamsReachesNoPipe) {
+    for (unsigned streams = 0; streams < 8; ++streams) {
+        std::array<bool, 3> wrote{};
+        Ran ran;
+        {
+            const ClosedStreams closed(streams);
+            const auto program = launcher.launch(reading(shell("cat; echo errors >&2")));
+            for (unsigned stream = 0; stream < wrote.size(); ++stream)
+                if ((streams & (1U << stream)) != 0)
+                    wrote.at(stream) = ::write(static_cast<int>(stream), "noise", 5) >= 0;
+            program->writeInput("input");
+            ran = finish(*program);
+        }
+        EXPECT_EQ(wrote, (std::array<bool, 3>{})) << streams;
+        EXPECT_EQ(ran.output, "input") << streams;
+        EXPECT_EQ(ran.errors, "errors\n") << streams;
+    }
+}
+
 } // namespace
 } // namespace vesk::test

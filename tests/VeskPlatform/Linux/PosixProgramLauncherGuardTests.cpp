@@ -118,7 +118,7 @@ TEST_F(PosixProgramLauncherGuardTests, WhatItLeftRunningIsReadToItsEnd) {
 }
 
 TEST_F(PosixProgramLauncherGuardTests, AnInputThatOnlyItsLeftoversHoldEndsWithTheProgram) {
-    const auto program = launcher.launch(reading(shell("sleep 100 <&0 >/dev/null 2>&1 & echo $!")));
+    const auto program = launcher.launch(reading(shell("exec 3<&0; sleep 100 >/dev/null 2>&1 & echo $!")));
     program->writeInput(megabytes);
     const auto ran = finish(*program);
     EXPECT_EQ(ran.status, 0);

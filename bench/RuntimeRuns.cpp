@@ -1,0 +1,139 @@
+// Runs a packaged runtime's status again and again, bare and through the ports that the shell's client uses, in turns;
+// and 500 times at once. Prints the figures as JSON. Argument: the root of the runtime.
+
+#include "VeskPlatform/Linux/LinuxPlatform.hpp"
+#include "VeskPlatform/Linux/Pipe.hpp"
+#include "VeskPlatform/Linux/ProgramSpawn.hpp"
+#include "VeskShellCore/PackagedServiceStatus.hpp"
+#include "VeskSupport/DetachedWork.hpp"
+#include "VeskSupport/RunToTheEnd.hpp"
+#include "tests/support/HeldProcessResources.hpp"
+
+#include <algorithm>
+#include <array>
+#include <asio/co_spawn.hpp>
+#include <asio/detached.hpp>
+#include <asio/io_context.hpp>
+#include <chrono>
+#include <fcntl.h>
+#include <iostream>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace vesk {
+namespace {
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int rounds = 201, atOnce = 500;
+
+template <class Work> double millisecondsOf(const Work& work) {
+    const auto begun = std::chrono::steady_clock::now();
+    work();
+    return Milliseconds(std::chrono::steady_clock::now() - begun).count();
+}
+
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+/// The runtime's own time: nothing but what every start of a program costs.
+void runBare(const std::string& daemon) {
+    const std::vector<std::string> arguments{daemon, "bootstrap", "status"};
+    auto output = makePipe();
+    if (!output) throw PosixError(errno, daemon);
+    ProgramSpawn spawn;
+    spawn.useNull(STDIN_FILENO, O_RDONLY);
+    spawn.useDescriptor(STDOUT_FILENO, output->writing.get());
+    pid_t child = -1;
+    if (const int failure = spawn.start(child, daemon, argumentPointers(arguments), environ); failure != 0)
+        throw PosixError(failure, daemon);
+    output->writing.reset();
+    std::array<char, 65536> block{};
+    while (::read(output->reading.get(), block.data(), block.size()) > 0) {
+    }
+    ::waitpid(child, nullptr, 0);
+}
+
+PackagedServiceStatus statusOf(ProgramLauncher& launcher, const std::string& root) {
+    const auto program = launcher.launch({.executable = root + "/bin/vesk-daemon",
+                                          .arguments = {"bootstrap", "status"},
+                                          .workingDirectory = root,
+                                          .variables = {{"VESK_RUNTIME_MANIFEST", root + "/manifest.json"}}});
+    if (program->waitUntilExit() != 0) throw ErrorRecord("RuntimeRuns", 1, program->readErrorsToEnd());
+    return fromJson<PackagedServiceStatus>(parseJson(program->readOutputToEnd()));
+}
+
+Task<void> ask(Platform& platform, std::string root) {
+    const std::function<PackagedServiceStatus()> work = [&launcher = platform.programLauncher(), root] {
+        return statusOf(launcher, root);
+    };
+    co_await onThreadOfItsOwn<PackagedServiceStatus>(work);
+}
+
+JsonValue measureTurns(Platform& platform, const std::string& root) {
+    std::vector<double> bare, asked;
+    for (int round = 0; round < rounds; ++round) {
+        bare.push_back(millisecondsOf([&] { runBare(root + "/bin/vesk-daemon"); }));
+        asked.push_back(millisecondsOf([&] { runToTheEnd(ask(platform, root)); }));
+    }
+    return {JsonValue::Object{{"bare", {median(bare)}}, {"asked", {median(asked)}}}};
+}
+
+void askManyAtOnce(Platform& platform, const std::string& root) {
+    asio::io_context executor(1);
+    for (int i = 0; i < atOnce; ++i)
+        asio::co_spawn(executor, ask(platform, root), [](const std::exception_ptr& failure) {
+            if (failure) std::rethrow_exception(failure);
+        });
+    executor.run();
+}
+
+std::int64_t threads() { return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
+
+/// Threads that have answered may still be on their way out.
+std::int64_t threadsLeft(std::int64_t before) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    while (threads() > before && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+    return threads() - before;
+}
+
+JsonValue measureMany(Platform& platform, const std::string& root) {
+    const std::int64_t before = threads();
+    const auto held = test::HeldProcessResources::now();
+    const double milliseconds = millisecondsOf([&] { askManyAtOnce(platform, root); });
+    const std::int64_t threadsMore = threadsLeft(before);
+    const auto left = test::HeldProcessResources::now();
+    const auto more = [](const auto& now, const auto& then) {
+        return static_cast<std::int64_t>(now.size()) - static_cast<std::int64_t>(then.size());
+    };
+    return {JsonValue::Object{{"runs", {std::int64_t{atOnce}}},
+                              {"milliseconds", {milliseconds}},
+                              {"descriptorsLeft", {more(left.descriptors, held.descriptors)}},
+                              {"childrenLeft", {more(left.children, held.children)}},
+                              {"threadsLeft", {threadsMore}}}};
+}
+
+int run(const std::string& root) {
+    LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+    runToTheEnd(ask(platform, root)); // what is made once is made
+    JsonValue::Object figures{{"turns", measureTurns(platform, root)}};
+    figures.emplace("many", measureMany(platform, root));
+    std::cout << writeJson({std::move(figures)}) << std::endl;
+    return 0;
+}
+
+} // namespace
+} // namespace vesk
+
+int main(int count, char** arguments) {
+    try {
+        if (count == 2) return vesk::run(arguments[1]);
+        std::cerr << "Usage: RuntimeRuns ROOT\n";
+    } catch (const std::exception& failure) {
+        std::cerr << "RuntimeRuns: " << failure.what() << "\n";
+    }
+    return 1;
+}
