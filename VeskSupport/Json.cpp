@@ -52,7 +52,7 @@ public:
         return close(std::move(list));
     }
     bool key(string_t& v) override {
-        items_.emplace_back(v, nullptr);
+        items_.emplace_back(v, JsonValue{});
         keyed_ = true;
         return true;
     }
@@ -62,8 +62,10 @@ public:
 
 private:
     template <class T> bool add(T value) {
-        if (!std::exchange(keyed_, false)) items_.emplace_back();
-        items_.back().second.value = std::move(value);
+        if (std::exchange(keyed_, false))
+            items_.back().second.value = std::move(value);
+        else
+            items_.emplace_back(std::string(), JsonValue{std::move(value)});
         return true;
     }
     bool open() {
@@ -77,7 +79,7 @@ private:
     }
     /// The list or object takes the place that `open` made for it.
     template <class T> bool close(T value) {
-        items_.resize(open_.back());
+        items_.erase(firstOfInnermost(), items_.end());
         open_.pop_back();
         items_.back().second.value = std::move(value);
         return true;

@@ -43,6 +43,16 @@ TEST(JsonObject, FindsWhatItHolds) {
     EXPECT_TRUE(JsonObject{}.empty());
 }
 
+TEST(JsonObject, FindsTheSameInLargeOnes) {
+    JsonObject object;
+    for (std::int64_t i = 0; i < 100; ++i) object[std::to_string(i * 37 % 100)] = number(i * 37 % 100);
+    ASSERT_EQ(object.size(), 100u);
+    for (std::int64_t i = 0; i < 100; ++i) EXPECT_EQ(object.at(std::to_string(i)), number(i));
+    for (const char* key : {"", "100", "5x", "x"}) EXPECT_FALSE(object.contains(key)) << key;
+    EXPECT_EQ(object.erase("50"), 1u);
+    EXPECT_FALSE(object.contains("50"));
+}
+
 TEST(JsonObject, AddsAndReplaces) {
     JsonObject object{{"a", number(1)}};
     EXPECT_EQ(object["b"], JsonValue{});
