@@ -73,7 +73,7 @@ TEST(RuntimeCommandLine, RefusesWhatMeansNothing) {
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{"runtime"}, "A subcommand is required"},
         {{"runtime", "bootstrap"}, "A subcommand is required"},
-        {{"runtime", "settings", "status"}, "The following argument was not expected: status"},
+        {{"runtime", "settings", "status"}, "A subcommand is required"},
         {{"runtime", "bootstrap", "activate"}, "One of --running and --stopped is needed."},
         {{"runtime", "bootstrap", "activate", "--running", "--stopped"}, "One of --running and --stopped is needed."},
         {{"runtime", "bootstrap", "connector-connect", "m"}, "One of --email and --stdin is needed."},
