@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 #include "VeskPlatform/Linux/Pipe.hpp"
 #include "VeskPlatform/Linux/ProgramSpawn.hpp"
+#include "VeskPlatform/ProgramLauncher.hpp"
 #include "VeskShellCore/PackagedServiceStatus.hpp"
 #include "VeskSupport/DetachedWork.hpp"
 #include "VeskSupport/RunToTheEnd.hpp"
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <asio/co_spawn.hpp>
-#include <asio/detached.hpp>
 #include <asio/io_context.hpp>
 #include <chrono>
 #include <fcntl.h>
@@ -91,7 +91,9 @@ void askManyAtOnce(Platform& platform, const std::string& root) {
     executor.run();
 }
 
-std::int64_t threads() { return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
+std::int64_t threads() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
+}
 
 /// Threads that have answered may still be on their way out.
 std::int64_t threadsLeft(std::int64_t before) {
