@@ -101,6 +101,12 @@ void appendWall(std::string& out, WallTime wall) {
     out.append(buffer, static_cast<std::size_t>(length));
 }
 
+/// An offset can lead out of the years that have four digits, to what could be written in UTC and not be read again.
+bool hasWrittenYear(Instant instant) {
+    const year written = year_month_day{floor<days>(instant)}.year();
+    return written >= year{1} && written <= year{9999};
+}
+
 WallTime wallOf(Instant instant, seconds offset) {
     return WallTime{floor<seconds>(instant).time_since_epoch() + offset};
 }
@@ -133,7 +139,8 @@ std::optional<Instant> parseInternetDateTime(std::string_view text, FractionalSe
     }
     const seconds offset = readOffset(cursor);
     if (!cursor.succeeded()) return std::nullopt;
-    return Instant{wall.time_since_epoch() - offset + part};
+    const Instant instant{wall.time_since_epoch() - offset + part};
+    return hasWrittenYear(instant) ? std::optional(instant) : std::nullopt;
 }
 
 std::string formatInternetDateTime(Instant instant, seconds offset) {

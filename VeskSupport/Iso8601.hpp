@@ -17,7 +17,7 @@ std::optional<WallTime> parseWallTime(std::string_view text, char separator, boo
 enum class FractionalSeconds { required, refused };
 
 /// The internet date-time of RFC 3339, section 5.6: `yyyy-MM-ddTHH:mm:ss`, a fraction where asked for, then `Z` or an
-/// offset of hours and minutes with a colon. Digits beyond milliseconds are dropped.
+/// offset of hours and minutes with a colon; years 0001 to 9999, also in UTC. Digits beyond milliseconds are dropped.
 std::optional<Instant> parseInternetDateTime(std::string_view text, FractionalSeconds fraction);
 
 /// `yyyy-MM-ddTHH:mm:ss` and the offset, "Z" for an offset of zero. Offsets of odd seconds are written with them.

@@ -4,8 +4,10 @@
 
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 
 namespace vesk {
 
@@ -18,29 +20,40 @@ namespace {
     throw DecodingError(DecodingError::Kind::corrupt, "The data is not valid JSON: " + reason);
 }
 
-/// Builds a JsonValue from the parser's events; refuses nesting beyond the limit.
+/// Builds a JsonValue from the parser's events; refuses nesting beyond the limit. The items of lists and objects that
+/// are still open lie on one stack, so that each list is made once, in its final size.
 class Builder : public nlohmann::json_sax<nlohmann::json> {
 public:
     explicit Builder(std::size_t maximumDepth) : maximumDepth_(maximumDepth) {}
 
-    JsonValue take() { return std::move(root_); }
+    JsonValue take() { return std::move(items_.at(0).second); }
 
-    bool null() override { return add(JsonValue{nullptr}) != nullptr; }
-    bool boolean(bool v) override { return add(JsonValue{v}) != nullptr; }
-    bool number_integer(number_integer_t v) override { return add(JsonValue{v}) != nullptr; }
+    bool null() override { return add(nullptr); }
+    bool boolean(bool v) override { return add(v); }
+    bool number_integer(number_integer_t v) override { return add(std::int64_t{v}); }
     bool number_unsigned(number_unsigned_t v) override {
-        if (v > static_cast<number_unsigned_t>(INT64_MAX)) return add(JsonValue{static_cast<double>(v)}) != nullptr;
-        return add(JsonValue{static_cast<std::int64_t>(v)}) != nullptr;
+        if (v > static_cast<number_unsigned_t>(INT64_MAX)) return add(static_cast<double>(v));
+        return add(static_cast<std::int64_t>(v));
     }
-    bool number_float(number_float_t v, const string_t&) override { return add(JsonValue{v}) != nullptr; }
-    bool string(string_t& v) override { return add(JsonValue{std::move(v)}) != nullptr; }
+    bool number_float(number_float_t v, const string_t&) override { return add(v); }
+    bool string(string_t& v) override { return add(std::string(v)); }
     bool binary(binary_t&) override { return false; }
-    bool start_object(std::size_t) override { return open(JsonValue{JsonValue::Object{}}); }
-    bool end_object() override { return close(); }
-    bool start_array(std::size_t) override { return open(JsonValue{JsonValue::Array{}}); }
-    bool end_array() override { return close(); }
+    bool start_object(std::size_t) override { return open(); }
+    bool end_object() override {
+        const auto first = firstOfInnermost();
+        JsonObject::Members members(std::make_move_iterator(first), std::make_move_iterator(items_.end()));
+        return close(JsonObject(std::move(members)));
+    }
+    bool start_array(std::size_t) override { return open(); }
+    bool end_array() override {
+        JsonValue::Array list;
+        list.reserve(items_.size() - open_.back());
+        for (auto item = firstOfInnermost(); item != items_.end(); ++item) list.push_back(std::move(item->second));
+        return close(std::move(list));
+    }
     bool key(string_t& v) override {
-        key_ = std::move(v);
+        items_.emplace_back(v, JsonValue{});
+        keyed_ = true;
         return true;
     }
     bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) override {
@@ -48,30 +61,37 @@ public:
     }
 
 private:
-    JsonValue* add(JsonValue value) {
-        if (stack_.empty()) {
-            root_ = std::move(value);
-            return &root_;
-        }
-        if (auto* list = std::get_if<JsonValue::Array>(&stack_.back()->value))
-            return &list->emplace_back(std::move(value));
-        auto& object = std::get<JsonValue::Object>(stack_.back()->value);
-        return &object.insert_or_assign(std::move(key_), std::move(value)).first->second;
-    }
-    bool open(JsonValue value) {
-        if (stack_.size() >= maximumDepth_) failCorrupt("it is nested too deeply.");
-        stack_.push_back(add(std::move(value)));
+    template <class T> bool add(T value) {
+        if (std::exchange(keyed_, false))
+            items_.back().second.value = std::move(value);
+        else
+            items_.emplace_back(std::string(), JsonValue{std::move(value)});
         return true;
     }
-    bool close() {
-        stack_.pop_back();
+    bool open() {
+        if (open_.size() >= maximumDepth_) failCorrupt("it is nested too deeply.");
+        add(nullptr);
+        open_.push_back(items_.size());
+        return true;
+    }
+    JsonObject::Members::iterator firstOfInnermost() {
+        return items_.begin() + static_cast<std::ptrdiff_t>(open_.back());
+    }
+    /// The list or object takes the place that `open` made for it.
+    template <class T> bool close(T value) {
+        items_.erase(firstOfInnermost(), items_.end());
+        open_.pop_back();
+        items_.back().second.value = std::move(value);
         return true;
     }
 
     std::size_t maximumDepth_;
-    JsonValue root_;
-    std::string key_;
-    std::vector<JsonValue*> stack_;
+    /// What has been read and is not yet in a list or object; the key is empty in lists.
+    JsonObject::Members items_;
+    /// For each list or object that is open, where its items begin.
+    std::vector<std::size_t> open_;
+    /// Whether the last item is a key without its value.
+    bool keyed_ = false;
 };
 
 class Writer {

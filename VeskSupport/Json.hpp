@@ -1,10 +1,10 @@
 #pragma once
 
 #include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/JsonObject.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,10 +12,10 @@
 
 namespace vesk {
 
-/// A JSON value. Objects keep their keys in ascending byte order, the order in which they are written.
+/// A JSON value.
 struct JsonValue {
     using Array = std::vector<JsonValue>;
-    using Object = std::map<std::string, JsonValue, std::less<>>;
+    using Object = JsonObject;
 
     std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, Array, Object> value = nullptr;
 

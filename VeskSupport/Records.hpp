@@ -110,23 +110,25 @@ template <class T> JsonValue toJson(const std::vector<T>& list) {
     return {std::move(result)};
 }
 template <class T> JsonValue toJson(const std::map<std::string, T>& values) {
-    JsonValue::Object result;
-    for (const auto& [key, value] : values) result.emplace_hint(result.end(), key, toJson(value));
-    return {std::move(result)};
+    JsonObject::Members members;
+    members.reserve(values.size());
+    for (const auto& [key, value] : values) members.emplace_back(key, toJson(value));
+    return {JsonObject(std::move(members))};
 }
 
 template <Record R> JsonValue toJson(const R& record) {
-    JsonValue::Object object;
+    JsonObject::Members members;
+    members.reserve(std::tuple_size_v<std::remove_const_t<decltype(recordTable<R>)>>);
     const auto write = [&](const auto& field) {
         const auto& value = record.*field.member;
         if constexpr (requires { value.has_value(); }) {
-            if (value) object.emplace(field.key, toJson(*value));
+            if (value) members.emplace_back(field.key, toJson(*value));
         } else {
-            object.emplace(field.key, toJson(value));
+            members.emplace_back(field.key, toJson(value));
         }
     };
     std::apply([&](const auto&... field) { (write(field), ...); }, recordTable<R>);
-    return {std::move(object)};
+    return {JsonObject(std::move(members))};
 }
 
 // ---- Reading

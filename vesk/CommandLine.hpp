@@ -1,11 +1,16 @@
 #pragma once
 
+#include "VeskShellCore/CapabilityModels.hpp"
 #include "VeskShellCore/ICloudModels.hpp"
 #include "VeskSupport/Uuid.hpp"
 
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -64,8 +69,86 @@ struct UpdateRecordCommand {
     std::optional<Uuid> expectedUpdateID;
 };
 
-using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
-                             ComposeCommand, FilesCommand, LivenessCommand, UpdateRecordCommand>;
+/// The verbs of the packaged runtime's tools, by the runtime's own words; and `locate`, which is ours.
+enum class RuntimeVerb {
+    locate,
+    status,
+    start,
+    stop,
+    restart,
+    activate,
+    recordUpdateActivation,
+    doctor,
+    connectors,
+    connectorDetail,
+    connectorInstall,
+    connectorConnect,
+    connectorDisconnect,
+    telegramTokenValidate,
+    telegramBindingStatus,
+    memories,
+    memoryCreate,
+    memoryUpdate,
+    init,
+    installCoreTools,
+    prepareRuntime,
+    completeOnboarding,
+    installLaunchAgent,
+    uninstallLaunchAgent,
+    print,
+    merge,
+    setSecrets,
+    deleteSecret
+};
+
+template <>
+inline constexpr auto rawValueTable<RuntimeVerb> = std::to_array<std::pair<RuntimeVerb, std::string_view>>({
+    {RuntimeVerb::locate, "locate"},
+    {RuntimeVerb::status, "status"},
+    {RuntimeVerb::start, "start"},
+    {RuntimeVerb::stop, "stop"},
+    {RuntimeVerb::restart, "restart"},
+    {RuntimeVerb::activate, "activate"},
+    {RuntimeVerb::recordUpdateActivation, "record-update-activation"},
+    {RuntimeVerb::doctor, "doctor"},
+    {RuntimeVerb::connectors, "connectors"},
+    {RuntimeVerb::connectorDetail, "connector-detail"},
+    {RuntimeVerb::connectorInstall, "connector-install"},
+    {RuntimeVerb::connectorConnect, "connector-connect"},
+    {RuntimeVerb::connectorDisconnect, "connector-disconnect"},
+    {RuntimeVerb::telegramTokenValidate, "telegram-token-validate"},
+    {RuntimeVerb::telegramBindingStatus, "telegram-binding-status"},
+    {RuntimeVerb::memories, "memories"},
+    {RuntimeVerb::memoryCreate, "memory-create"},
+    {RuntimeVerb::memoryUpdate, "memory-update"},
+    {RuntimeVerb::init, "init"},
+    {RuntimeVerb::installCoreTools, "install-core-tools"},
+    {RuntimeVerb::prepareRuntime, "prepare-runtime"},
+    {RuntimeVerb::completeOnboarding, "complete-onboarding"},
+    {RuntimeVerb::installLaunchAgent, "install-launch-agent"},
+    {RuntimeVerb::uninstallLaunchAgent, "uninstall-launch-agent"},
+    {RuntimeVerb::print, "print"},
+    {RuntimeVerb::merge, "merge"},
+    {RuntimeVerb::setSecrets, "set-secrets"},
+    {RuntimeVerb::deleteSecret, "delete-secret"},
+});
+
+struct RuntimeCommand {
+    RuntimeVerb verb{};
+    /// A connector's identifier, or a secret's account.
+    std::string subject;
+    std::int64_t memoryId = 0;
+    std::optional<std::string> email;
+    bool running = false, force = false, standardInput = false;
+};
+/// Without a capability: the status of all.
+struct BrokerCommand {
+    std::optional<CapabilityKind> requested;
+};
+
+using Command =
+    std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand, ComposeCommand,
+                 FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand, UpdateRecordCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

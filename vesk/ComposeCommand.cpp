@@ -8,25 +8,13 @@
 #include <utility>
 
 namespace vesk {
-namespace {
-
-Task<void> compose(Platform& platform, CapabilityMediaComposeRequest request, ProgressBar& bar,
-                   CapabilityMediaComposeResponse& response) {
-    std::function<void(double)> progress = [&bar](double part) { bar.show(part); };
-    auto composing = VeskMediaOperations::compose(platform, request.profile, std::move(request.inputs),
-                                                  std::move(request.outputPath), request.imageDurationSeconds,
-                                                  platform.mainBundle(), std::move(progress));
-    response = co_await std::move(composing);
-}
-
-} // namespace
-
 std::string runCompose(const ComposeCommand& command, Platform& platform) {
     auto request = readMediaComposeRequest(platform.fileReader(), command.requestPath);
     ProgressBar bar("Composing", command.quiet);
-    CapabilityMediaComposeResponse response;
-    runToTheEnd(compose(platform, std::move(request), bar, response));
-    return writeJson(toJson(response)) + "\n";
+    auto composing = VeskMediaOperations::compose(platform, request.profile, std::move(request.inputs),
+                                                  std::move(request.outputPath), request.imageDurationSeconds,
+                                                  platform.mainBundle(), [&bar](double part) { bar.show(part); });
+    return writeJson(toJson(answerOf(std::move(composing)))) + "\n";
 }
 
 } // namespace vesk

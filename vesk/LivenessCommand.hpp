@@ -1,12 +1,13 @@
 #pragma once
 
 #include "VeskPlatform/Platform.hpp"
+#include "vesk/CommandLine.hpp"
 
 #include <string>
 
 namespace vesk {
 
-/// Whether the assistant lives, as JSON.
-std::string runLiveness(Platform& platform);
+/// Runs `vesk liveness` and returns its record as JSON.
+std::string runLiveness(const LivenessCommand& command, Platform& platform);
 
 } // namespace vesk

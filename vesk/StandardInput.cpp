@@ -1,6 +1,7 @@
 #include "vesk/StandardInput.hpp"
 
 #include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/Text.hpp"
 
 #include <cerrno>
 #include <unistd.h>
@@ -22,6 +23,16 @@ std::string readStandardInput(std::uint64_t maximumBytes) {
         bytes.resize(filled);
         return bytes;
     }
+}
+
+std::string readTextFromStandardInput(std::uint64_t maximumBytes) {
+    std::string text = readStandardInput(maximumBytes);
+    if (text.ends_with("\r\n"))
+        text.resize(text.size() - 2);
+    else if (text.ends_with('\n'))
+        text.pop_back();
+    if (!isWellFormedUtf8(text)) throw PosixError(EILSEQ, "standard input");
+    return text;
 }
 
 } // namespace vesk

@@ -12,6 +12,7 @@
 #include "vesk/Doctor.hpp"
 #include "vesk/FilesCommand.hpp"
 #include "vesk/LivenessCommand.hpp"
+#include "vesk/RuntimeCommands.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -60,28 +61,20 @@ public:
         complain(*report.blindness);
         return failed;
     }
-    int operator()(const ComposeCommand& command) {
-        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-        print(runCompose(command, platform));
-        return succeeded;
-    }
-    int operator()(const FilesCommand& command) {
-        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-        print(runFiles(command, platform));
-        return succeeded;
-    }
-    int operator()(const LivenessCommand&) {
-        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-        print(runLiveness(platform));
-        return succeeded;
-    }
-    int operator()(const UpdateRecordCommand& command) {
-        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-        print(runUpdateRecord(command, platform));
-        return succeeded;
-    }
+    int operator()(const ComposeCommand& command) { return printed(runCompose, command); }
+    int operator()(const FilesCommand& command) { return printed(runFiles, command); }
+    int operator()(const RuntimeCommand& command) { return printed(runRuntime, command); }
+    int operator()(const BrokerCommand& command) { return printed(runBroker, command); }
 
 private:
+    template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
+        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+        print(run(command, platform));
+        return succeeded;
+    }
+    int operator()(const LivenessCommand& command) { return printed(runLiveness, command); }
+    int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
+
     ProcessEnvironment environment_;
     SystemClock clock_;
     ConsentDatabase database_{stateFolder(environment_)};

@@ -119,10 +119,11 @@ TEST_F(PosixPrivateFilesTests, AFailedWriteLeavesNothingBehind) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
-TEST_F(PosixPrivateFilesTests, APipeInTheFilesPlaceIsRefusedWithoutWaiting) {
+TEST_F(PosixPrivateFilesTests, APipeOrADeviceInTheFilesPlaceIsRefusedWithoutWaiting) {
     ASSERT_EQ(::mkfifo((folder / "log").c_str(), 0600), 0);
     EXPECT_EQ(posixCodeOf([&] { files.append(folder / "log", "x"); }), EINVAL);
     EXPECT_EQ(posixCodeOf([&] { files.writeThrough(folder / "log", "x"); }), EINVAL);
+    EXPECT_EQ(posixCodeOf([&] { files.append("/dev/null", "x"); }), EINVAL);
 }
 
 TEST_F(PosixPrivateFilesTests, ANewFileHasItsPermissionsWhateverTheMask) {

@@ -16,7 +16,8 @@ TEST(AppUpdateReleaseIdentityTests, ItsPartsAreTrimmedWhenRead) {
         fromJson<AppUpdateReleaseIdentity>(parseJson(R"({"version":" 1.4.0\n","build":"\t212","channel":"stable "})"));
     EXPECT_EQ(identity, AppUpdateReleaseIdentity("1.4.0", "212", "stable"));
     std::vector<AppUpdateReleaseIdentity> list;
-    records::read(parseJson(R"([{"version":" a","build":" b","channel":" c"}])"), "list", list);
+    JsonValue document = parseJson(R"([{"version":" a","build":" b","channel":" c"}])");
+    records::read(document, records::Path(), list);
     EXPECT_EQ(list, std::vector{AppUpdateReleaseIdentity("a", "b", "c")});
 }
 

@@ -64,7 +64,7 @@ TEST_F(ICloudOperations, EachChecksTheCloudAndThePathFirst) {
         expectCloudFailure(400, "iCloud paths must be relative to the selected iCloud root.", [&] { call("/etc"); });
         expectCloudFailure(400, "iCloud paths cannot traverse outside the selected iCloud root.",
                            [&] { call("a/../../etc"); });
-        info.clear();
+        info = {};
         expectCloudFailure(400, "This Vesk build is not configured for iCloud Drive access.", [&] { call("/etc"); });
         info = {{"VeskICloudContainerIdentifier", {std::string("c")}}};
     }

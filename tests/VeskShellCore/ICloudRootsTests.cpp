@@ -40,7 +40,7 @@ TEST_F(ICloudRoots, DocumentsThatCannotBeMadeFailWithTheSystemsError) {
 }
 
 TEST_F(ICloudRoots, ABuildWithoutTheCloudIsRefused) {
-    info.clear();
+    info = {};
     for (const auto scope : {drive, appDocuments})
         expectFailure(scope, 400, "This Vesk build is not configured for iCloud Drive access.");
 }

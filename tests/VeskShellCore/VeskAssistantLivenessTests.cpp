@@ -37,6 +37,8 @@ TEST_F(Liveness, ALeaseAndItsProcessAreNeeded) {
     EXPECT_EQ(state(health(lease(now + 1, "78"))), "running");
     EXPECT_EQ(state(health(lease(now + 1, "79"))), "stopped");
     EXPECT_EQ(state(health(lease(now + 1, "2147483648"))), "stopped");
+    // 2^32 above the one that lives.
+    EXPECT_EQ(state(health(lease(now + 1, "4294967373"))), "stopped");
     EXPECT_EQ(state(health(lease(now + 1, "0"))), "unknown");
     EXPECT_EQ(state(health(lease(now + 1, "-5"))), "unknown");
     EXPECT_EQ(state(health(lease(now + 1, "null"))), "unknown");

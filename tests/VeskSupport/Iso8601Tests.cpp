@@ -45,6 +45,14 @@ TEST(InternetDateTime, NeedsAnOffset) {
     EXPECT_EQ(parseInternetDateTime("2026-04-26T12:00:00.Z", required), std::nullopt);
 }
 
+TEST(InternetDateTime, AnOffsetDoesNotLeadOutOfTheYearsThatCanBeWritten) {
+    const auto refused = FractionalSeconds::refused;
+    EXPECT_TRUE(parseInternetDateTime("0001-01-01T01:00:00+01:00", refused));
+    EXPECT_TRUE(parseInternetDateTime("9999-12-31T22:59:59-01:00", refused));
+    EXPECT_EQ(parseInternetDateTime("0001-01-01T00:59:59+01:00", refused), std::nullopt);
+    EXPECT_EQ(parseInternetDateTime("9999-12-31T23:00:00-01:00", refused), std::nullopt);
+}
+
 TEST(InternetDateTime, IsWrittenWithItsOffset) {
     const Instant instant{sys_days{2026y / 4 / 26} + 12h + 999ms};
     EXPECT_EQ(formatInternetDateTime(instant, 2h), "2026-04-26T14:00:00+02:00");

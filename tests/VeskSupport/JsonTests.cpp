@@ -52,10 +52,32 @@ TEST(JsonReader, ReadsEachKindOfValue) {
     EXPECT_EQ(rewritten(R"({"a":1,"a":2})"), "{\n  \"a\" : 2\n}");
 }
 
+TEST(JsonReader, PutsEachItemWhereItStands) {
+    const JsonValue one{std::int64_t{1}}, two{std::int64_t{2}}, three{std::int64_t{3}};
+    const JsonValue none{nullptr}, list{JsonValue::Array{}}, object{JsonValue::Object{}};
+    EXPECT_EQ(parseJson(R"([1,[2,[],{"a":null,"b":[{}]}],3])"),
+              (JsonValue{JsonValue::Array{
+                  one,
+                  {JsonValue::Array{two, list, {JsonValue::Object{{"a", none}, {"b", {JsonValue::Array{object}}}}}}},
+                  three}}));
+    EXPECT_EQ(
+        parseJson(R"({"b":{"":[]},"a":{"a":1},"b":{"c":2}})"),
+        (JsonValue{JsonValue::Object{{"a", {JsonValue::Object{{"a", one}}}}, {"b", {JsonValue::Object{{"c", two}}}}}}));
+}
+
 TEST(JsonReader, RefusesWhatIsNotJson) {
     for (const char* text :
          {"", " ", "{", "[1,]", "{\"a\"}", "nul", "'a'", "1 2", "\"\xff\"", "NaN", "// x\n1", "\"\\ud800\""})
         EXPECT_THROW(parseJson(text), DecodingError) << text;
+}
+
+TEST(JsonReader, SaysWhereTheDocumentIsNoLongerJson) {
+    try {
+        parseJson(R"({"a":[1,}])");
+        FAIL();
+    } catch (const DecodingError& error) {
+        EXPECT_EQ(error.description(), "The data is not valid JSON: unexpected content at byte 9.");
+    }
 }
 
 TEST(JsonReader, BoundsDepthAndSize) {

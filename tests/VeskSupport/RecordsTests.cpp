@@ -167,7 +167,8 @@ TEST(Records, OtherDatesAndIdentifiersAreRefused) {
     const std::string date = R"("2026-04-26T14:03:22Z")", identifier = R"("0E984725-C51C-4BF4-9960-E1C80E27ABA0")";
     EXPECT_EQ(failureOf(date, identifier), "no failure");
     for (const char* wrong : {R"("2026-04-26T14:03:22.5Z")", R"("2026-04-26 14:03:22Z")", R"("2026-04-26T14:03:22")",
-                              R"("2026-02-30T14:03:22Z")", R"("")", R"("today")"})
+                              R"("2026-02-30T14:03:22Z")", R"("")", R"("today")", R"("0001-01-01T00:30:00+01:00")",
+                              R"("9999-12-31T23:30:00-01:00")"})
         EXPECT_EQ(failureOf(wrong, identifier), "The data cannot be read: when is not a date of ISO 8601.") << wrong;
     EXPECT_EQ(failureOf("1777212202", identifier), "The data cannot be read: when is not a string.");
     EXPECT_EQ(failureOf(date, R"("0E984725")"), "The data cannot be read: identifier is not a UUID.");

@@ -28,11 +28,14 @@ public:
     std::deque<Answer> answers{Answer{}};
     /// The error number of a launch that fails; 0 for none.
     int launchFailure = 0;
+    /// Called where a program is being started.
+    std::function<void()> whileLaunching = [] {};
     std::deque<Run> runs;
 
     std::unique_ptr<RunningProgram> launch(const ProgramLaunch& launch) override {
         const std::scoped_lock lock(mutex_);
         if (launchFailure != 0) throw PosixError(launchFailure, launch.executable);
+        whileLaunching();
         runs.push_back({.launch = launch, .input = {}, .verbs = {}});
         Answer answer = answers.front();
         if (answers.size() > 1) answers.pop_front();

@@ -1,6 +1,9 @@
-// The JSON reader, the writer, and the records of the request files. What is read is written as something that reads
-// as the same.
+// The JSON reader, the writer, the records of the request files and those of the packaged runtime. What is read is
+// written as something that reads as the same.
 
+#include "VeskShellCore/PackagedConnectors.hpp"
+#include "VeskShellCore/PackagedServiceStatus.hpp"
+#include "VeskShellCore/PackagedSettings.hpp"
 #include "VeskShellCore/RequestFiles.hpp"
 #include "VeskSupport/Json.hpp"
 
@@ -31,6 +34,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     readRecord<vesk::CapabilityContactSaveRequest>(json);
     readRecord<vesk::CapabilityMediaComposeRequest>(json);
     readRecord<vesk::PDFRenderRequest>(json);
+    readRecord<vesk::PackagedConnectorDetailReport>(json);
+    readRecord<vesk::PackagedServiceStatus>(json);
+    readRecord<vesk::PackagedSettings>(json);
     for (const auto slashes : {vesk::SlashStyle::escaped, vesk::SlashStyle::plain}) {
         const std::string written = vesk::writeJson(json, slashes);
         if (vesk::writeJson(vesk::parseJson(written), slashes) != written) std::abort();

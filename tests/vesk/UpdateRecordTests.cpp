@@ -93,6 +93,9 @@ TEST_F(UpdateRecordProgram, AnotherFileCanBeNamed) {
     EXPECT_EQ(output({"delete", "--expect", update, "--file", (program.folder() / "own.json").string()}), nothing);
     EXPECT_FALSE(fs::exists(program.folder() / "own.json"));
     EXPECT_EQ(output({"show", "--file", "none/own.json"}), nothing);
+    fs::create_directory(program.folder() / "folder");
+    expectFailure({"update-record", "delete", "--file", "folder"},
+                  (program.folder() / "folder").string() + ": Is a directory");
 }
 
 TEST_F(UpdateRecordProgram, AWrongCommandLineShowsItsUsage) {
