@@ -8,6 +8,7 @@
 #include "VeskShellCore/PackagedMemories.hpp"
 #include "VeskShellCore/PackagedServiceStatus.hpp"
 #include "VeskShellCore/PackagedSettings.hpp"
+#include "VeskShellCore/PackagedTelegram.hpp"
 #include "VeskShellCore/VeskRuntimeDescriptor.hpp"
 #include "VeskSupport/Task.hpp"
 

@@ -65,6 +65,8 @@ public:
     int operator()(const FilesCommand& command) { return printed(runFiles, command); }
     int operator()(const RuntimeCommand& command) { return printed(runRuntime, command); }
     int operator()(const BrokerCommand& command) { return printed(runBroker, command); }
+    int operator()(const LivenessCommand& command) { return printed(runLiveness, command); }
+    int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
 
 private:
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
@@ -72,8 +74,6 @@ private:
         print(run(command, platform));
         return succeeded;
     }
-    int operator()(const LivenessCommand& command) { return printed(runLiveness, command); }
-    int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
 
     ProcessEnvironment environment_;
     SystemClock clock_;
