@@ -7,6 +7,7 @@
 #include "VeskShellCore/VeskRuntimeLocator.hpp"
 #include "VeskShellCore/VeskShellClient.hpp"
 #include "VeskSupport/RunToTheEnd.hpp"
+#include "tests/support/DescriptorLimit.hpp"
 #include "tests/support/HeldProcessResources.hpp"
 
 #include <algorithm>
@@ -109,6 +110,8 @@ JsonValue measureMany(const VeskShellClient& client) {
 }
 
 int run(const std::string& root) {
+    const test::DescriptorLimit limit;
+    limit.raise(10'000);
     LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
     const VeskShellClient client(platform, runtimeAt(platform, root));
     runToTheEnd(ask(client)); // what is made once is made
