@@ -146,9 +146,18 @@ struct BrokerCommand {
     std::optional<CapabilityKind> requested;
 };
 
-using Command =
-    std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand, ComposeCommand,
-                 FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand, UpdateRecordCommand>;
+enum class ChannelVerb { check, urls };
+struct ChannelCommand {
+    ChannelVerb verb{};
+    std::string channel;
+    std::string manifestFile;
+    std::optional<std::string> version;
+};
+struct TelegramBootstrapCommand {};
+
+using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
+                             ComposeCommand, FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand,
+                             UpdateRecordCommand, ChannelCommand, TelegramBootstrapCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

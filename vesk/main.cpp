@@ -12,6 +12,7 @@
 #include "vesk/Doctor.hpp"
 #include "vesk/FilesCommand.hpp"
 #include "vesk/LivenessCommand.hpp"
+#include "vesk/ReleaseCommands.hpp"
 #include "vesk/RuntimeCommands.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
@@ -66,6 +67,8 @@ public:
     int operator()(const RuntimeCommand& command) { return printed(runRuntime, command); }
     int operator()(const BrokerCommand& command) { return printed(runBroker, command); }
     int operator()(const LivenessCommand& command) { return printed(runLiveness, command); }
+    int operator()(const ChannelCommand& command) { return printed(runChannel, command); }
+    int operator()(const TelegramBootstrapCommand& command) { return printed(runTelegramBootstrap, command); }
     int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
 
 private:
