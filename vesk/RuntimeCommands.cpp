@@ -103,10 +103,19 @@ JsonValue answer(const VeskShellClient& client, const RuntimeCommand& command) {
     return {};
 }
 
+/// Where the search for builds begins: of a working directory that is gone only the root is left.
+std::string searchedDirectory(FileManager& files) {
+    try {
+        return files.currentDirectoryPath();
+    } catch (const PosixError&) {
+        return "/";
+    }
+}
+
 } // namespace
 
 std::string runRuntime(const RuntimeCommand& command, Platform& platform) {
-    const std::string directory = platform.fileManager().currentDirectoryPath();
+    const std::string directory = searchedDirectory(platform.fileManager());
     const VeskShellClient client(platform, VeskRuntimeLocator::resolve(platform, directory));
     return writeJson(answer(client, command)) + "\n";
 }

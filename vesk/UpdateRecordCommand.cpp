@@ -3,7 +3,7 @@
 #include "VeskPlatform/FileManager.hpp"
 #include "VeskShellCore/AppUpdateActivationRecordStore.hpp"
 #include "VeskShellCore/ApplicationSupport.hpp"
-#include "VeskSupport/FilePath.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 
 #include <cerrno>
 
@@ -13,7 +13,7 @@ namespace {
 std::string pathOf(const std::optional<std::string>& named, Platform& platform) {
     const auto path = named ? named : applicationSupportItem(platform.environment(), "updates/update-activation.json");
     if (!path) throw PosixError(ENOENT, "application support directory");
-    return path->starts_with('/') ? *path : absolutePath(*path, platform.fileManager().currentDirectoryPath());
+    return absolutePath(platform.fileManager(), *path);
 }
 
 JsonValue answer(const UpdateRecordCommand& command, AppUpdateActivationRecordStoring& store) {

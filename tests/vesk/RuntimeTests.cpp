@@ -195,6 +195,18 @@ TEST_F(RuntimeTests, TellsInPlainWordsHowARuntimeFailed) {
     EXPECT_EQ(vesk({"runtime", "bootstrap", "doctor"}).status, 0);
 }
 
+TEST_F(RuntimeTests, AWorkingDirectoryThatIsGoneHidesNoRuntime) {
+    ProgramRun shell("/bin/sh");
+    shell.environment = program.environment;
+    const std::string script =
+        "folder=$(mktemp -d) && cd \"$folder\" && rmdir \"$folder\" && exec \"$0\" runtime locate";
+    const ProgramResult found = shell.run({"-c", script, companionProgram});
+    EXPECT_EQ(found.status, 0) << found;
+    shell.environment["VESK_RUNTIME_MANIFEST"] = "";
+    EXPECT_EQ(shell.run({"-c", script, companionProgram}).errorOutput,
+              "vesk: Unable to find a packaged Vesk runtime manifest. Checked: /.build/vesk-runtime/manifest.json\n");
+}
+
 class BrokerTests : public CompanionTest {};
 
 TEST_F(BrokerTests, AsksTheBrokerBesideIt) {
