@@ -18,6 +18,7 @@ class EventStore;
 class FileManager;
 class FilePlaces;
 class FileReader;
+class KeychainItems;
 class LocaleSettings;
 class MailScriptRunner;
 class MediaFramework;
@@ -27,6 +28,7 @@ class PdfDocuments;
 class PrivateFiles;
 class Processes;
 class ProgramLauncher;
+class PropertyListCoder;
 class RandomSource;
 class ReminderStore;
 class SerialQueue;
@@ -58,6 +60,8 @@ public:
     virtual FileManager& fileManager() = 0;
     virtual FilePlaces& filePlaces() = 0;
     virtual FileReader& fileReader() = 0;
+    /// The user's secrets, in the store that is there when they are first asked for.
+    virtual KeychainItems& keychainItems() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     virtual MailScriptRunner& mailScriptRunner() = 0;
     virtual MediaFramework& mediaFramework() = 0;
@@ -69,6 +73,7 @@ public:
     virtual PrivateFiles& privateFiles() = 0;
     virtual Processes& processes() = 0;
     virtual ProgramLauncher& programLauncher() = 0;
+    virtual PropertyListCoder& propertyListCoder() = 0;
     virtual RandomSource& randomSource() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;

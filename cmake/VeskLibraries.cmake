@@ -23,6 +23,9 @@ target_link_libraries(third_ical INTERFACE third_icu)
 vesk_static_library(third_sqlite sqlite3.h sqlite3)
 target_link_libraries(third_sqlite INTERFACE Threads::Threads ${CMAKE_DL_LIBS} m)
 
+vesk_static_library(third_sodium sodium.h sodium)
+target_compile_definitions(third_sodium INTERFACE SODIUM_STATIC)
+
 vesk_static_library(third_elf gelf.h elf z)
 
 # Debian has no archive of it; as a shared library it costs a start 0.03 ms (measured).
@@ -49,6 +52,12 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(VESK_GMIME REQUIRED IMPORTED_TARGET gmime-3.0)
 add_library(third_gmime INTERFACE)
 target_link_libraries(third_gmime INTERFACE PkgConfig::VESK_GMIME)
+
+# Only modules link it.
+pkg_check_modules(VESK_SECRET REQUIRED IMPORTED_TARGET libsecret-1)
+add_library(third_secret INTERFACE)
+target_compile_definitions(third_secret INTERFACE SECRET_WITH_UNSTABLE SECRET_API_SUBJECT_TO_CHANGE)
+target_link_libraries(third_secret INTERFACE PkgConfig::VESK_SECRET)
 
 # Only modules link it.
 pkg_check_modules(VESK_QPDF REQUIRED IMPORTED_TARGET libqpdf)

@@ -155,9 +155,17 @@ struct ChannelCommand {
 };
 struct TelegramBootstrapCommand {};
 
+enum class SecretsVerb { set, read, remove, presence, exportAll, rehearse };
+struct SecretsCommand {
+    SecretsVerb verb{};
+    std::string service;
+    std::string account;
+    std::string file;
+};
+
 using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
                              ComposeCommand, FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand,
-                             UpdateRecordCommand, ChannelCommand, TelegramBootstrapCommand>;
+                             UpdateRecordCommand, ChannelCommand, TelegramBootstrapCommand, SecretsCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskShellCore/ShellDebugLogger.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "vesk/CommandLine.hpp"
 #include "vesk/ComposeCommand.hpp"
@@ -14,6 +15,7 @@
 #include "vesk/LivenessCommand.hpp"
 #include "vesk/ReleaseCommands.hpp"
 #include "vesk/RuntimeCommands.hpp"
+#include "vesk/SecretsCommand.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -70,6 +72,14 @@ public:
     int operator()(const ChannelCommand& command) { return printed(runChannel, command); }
     int operator()(const TelegramBootstrapCommand& command) { return printed(runTelegramBootstrap, command); }
     int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
+    int operator()(const SecretsCommand& command) {
+        LinuxPlatform platform({.describeCapability = {}, .log = {}});
+        // What a status comes from, such as a key file that others may read, stands in the diagnostic log.
+        platform.setLog(
+            [&platform](const std::string& message) { ShellDebugLogger::log(platform, [&] { return message; }); });
+        print(runSecrets(command, platform));
+        return succeeded;
+    }
 
 private:
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {

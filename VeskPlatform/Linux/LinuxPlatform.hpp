@@ -43,6 +43,7 @@ public:
     FileManager& fileManager() override;
     FilePlaces& filePlaces() override;
     FileReader& fileReader() override;
+    KeychainItems& keychainItems() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;
     MediaFramework& mediaFramework() override;
@@ -53,6 +54,7 @@ public:
     PrivateFiles& privateFiles() override;
     Processes& processes() override;
     ProgramLauncher& programLauncher() override;
+    PropertyListCoder& propertyListCoder() override;
     RandomSource& randomSource() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;

@@ -9,10 +9,12 @@
 #include "tests/fakes/FakeDesktop.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
+#include "tests/fakes/FakeKeychain.hpp"
 #include "tests/fakes/FakeMail.hpp"
 #include "tests/fakes/FakeMediaFramework.hpp"
 #include "tests/fakes/FakeMessages.hpp"
 #include "tests/fakes/FakeProgramLauncher.hpp"
+#include "tests/fakes/FakePropertyListCoder.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
 #include "tests/fakes/FakeWebEngine.hpp"
 
@@ -36,6 +38,7 @@ public:
     FakeFileManager fakeFileManager;
     FakeFilePlaces fakeFilePlaces;
     FakeFileReader fakeFileReader;
+    FakeKeychain fakeKeychain;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
     FakeMail fakeMail;
@@ -46,6 +49,7 @@ public:
     FakePrivateFiles fakePrivateFiles;
     FakeProcesses fakeProcesses;
     FakeProgramLauncher fakeProgramLauncher;
+    FakePropertyListCoder fakePropertyListCoder;
     FakeRandomSource fakeRandomSource;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
@@ -69,6 +73,7 @@ public:
     FileManager& fileManager() override { return fakeFileManager; }
     FilePlaces& filePlaces() override { return fakeFilePlaces; }
     FileReader& fileReader() override { return fakeFileReader; }
+    KeychainItems& keychainItems() override { return fakeKeychain; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }
     MediaFramework& mediaFramework() override { return fakeMediaFramework; }
@@ -79,6 +84,7 @@ public:
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     Processes& processes() override { return fakeProcesses; }
     ProgramLauncher& programLauncher() override { return fakeProgramLauncher; }
+    PropertyListCoder& propertyListCoder() override { return fakePropertyListCoder; }
     RandomSource& randomSource() override { return fakeRandomSource; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
