@@ -18,6 +18,7 @@ class EventStore;
 class FileManager;
 class FilePlaces;
 class FileReader;
+class HttpTransport;
 class LocaleSettings;
 class MailScriptRunner;
 class MediaFramework;
@@ -32,6 +33,7 @@ class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
 class Sleeper;
+class UserDefaults;
 class WebEngine;
 
 /// The set of ports. An accessor builds its adapter on first use and keeps it, so a run touches only what it needs.
@@ -58,6 +60,7 @@ public:
     virtual FileManager& fileManager() = 0;
     virtual FilePlaces& filePlaces() = 0;
     virtual FileReader& fileReader() = 0;
+    virtual HttpTransport& httpTransport() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     virtual MailScriptRunner& mailScriptRunner() = 0;
     virtual MediaFramework& mediaFramework() = 0;
@@ -72,6 +75,7 @@ public:
     virtual RandomSource& randomSource() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;
+    virtual UserDefaults& userDefaults() = 0;
     virtual WebEngine& webEngine() = 0;
 };
 

@@ -1,11 +1,9 @@
 #include "VeskPlatform/Linux/ConsentDatabase.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
-#include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Linux/DatabaseFile.hpp"
 #include "VeskPlatform/Linux/SqliteConnection.hpp"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <utility>
@@ -164,20 +162,10 @@ bool ConsentDatabase::exists() const {
     return true;
 }
 
-/// Makes folder and file where they are missing, and tightens the file. The file is created here and not by SQLite,
-/// which would give it the process's mask; an existing one is never opened here, since closing it would drop the locks
-/// that this process holds on it.
 void ConsentDatabase::prepareFile() const {
-    if (folder_.empty()) throw fileError(ENOENT, "the home directory");
+    (void)exists(); // tells of what is no file
     try {
-        makeFolders(folder_, 0700);
-        if (!exists()) {
-            const FileDescriptor file(::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-            if (!file && errno != EEXIST) throw PosixError(errno, path_);
-        }
-        struct stat status {};
-        if (::stat(path_.c_str(), &status) == 0 && (status.st_mode & 07777) != 0600)
-            (void)::chmod(path_.c_str(), 0600); // another user's file: writing tells
+        prepareDatabaseFile(folder_, path_);
     } catch (const PosixError& error) {
         throw ConsentDatabaseError(SQLITE_CANTOPEN,
                                    "The consent database cannot be used: " + error.description() + ".");

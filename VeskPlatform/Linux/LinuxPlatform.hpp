@@ -43,6 +43,7 @@ public:
     FileManager& fileManager() override;
     FilePlaces& filePlaces() override;
     FileReader& fileReader() override;
+    HttpTransport& httpTransport() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;
     MediaFramework& mediaFramework() override;
@@ -56,6 +57,7 @@ public:
     RandomSource& randomSource() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;
+    UserDefaults& userDefaults() override;
     WebEngine& webEngine() override;
 
 private:

@@ -9,11 +9,13 @@
 #include "tests/fakes/FakeDesktop.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
+#include "tests/fakes/FakeHttpTransport.hpp"
 #include "tests/fakes/FakeMail.hpp"
 #include "tests/fakes/FakeMediaFramework.hpp"
 #include "tests/fakes/FakeMessages.hpp"
 #include "tests/fakes/FakeProgramLauncher.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
+#include "tests/fakes/FakeUserDefaults.hpp"
 #include "tests/fakes/FakeWebEngine.hpp"
 
 namespace vesk::test {
@@ -36,6 +38,7 @@ public:
     FakeFileManager fakeFileManager;
     FakeFilePlaces fakeFilePlaces;
     FakeFileReader fakeFileReader;
+    FakeHttpTransport fakeHttpTransport;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
     FakeMail fakeMail;
@@ -50,6 +53,7 @@ public:
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
     FakeSleeper fakeSleeper{fakeMonotonicClock};
+    FakeUserDefaults fakeUserDefaults;
     FakeWebEngine fakeWebEngine;
 
     const Bundle& mainBundle() override { return bundle; }
@@ -69,6 +73,7 @@ public:
     FileManager& fileManager() override { return fakeFileManager; }
     FilePlaces& filePlaces() override { return fakeFilePlaces; }
     FileReader& fileReader() override { return fakeFileReader; }
+    HttpTransport& httpTransport() override { return fakeHttpTransport; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }
     MediaFramework& mediaFramework() override { return fakeMediaFramework; }
@@ -82,6 +87,7 @@ public:
     RandomSource& randomSource() override { return fakeRandomSource; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
+    UserDefaults& userDefaults() override { return fakeUserDefaults; }
     WebEngine& webEngine() override { return fakeWebEngine; }
 };
 
