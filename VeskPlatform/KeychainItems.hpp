@@ -28,8 +28,9 @@ inline constexpr std::int32_t failed = -36;
 inline constexpr std::int32_t parameter = -50;
 } // namespace KeychainStatus
 
-/// A user's secrets: one item of bytes for each pair of service and account. Every call answers with a status of the
-/// table above and ends within some seconds, whatever the store does. Blocking; safe from any thread and beside other
+/// A user's secrets: items of bytes, each under a service and an account, both UTF-8 without null bytes. Every call
+/// answers with a status of the table above and ends within some seconds, or a minute where it asks the user to unlock
+/// the store. No log line or status tells anything of an item's bytes. Blocking; safe from any thread and beside other
 /// processes.
 class KeychainItems {
 public:
@@ -40,15 +41,16 @@ public:
     };
 
     virtual ~KeychainItems() = default;
-    /// Changes the bytes of an item that is there and nothing else of it.
+    /// Changes the bytes of an item that is there and nothing else of it; `itemNotFound` where there is none.
     virtual std::int32_t update(const std::string& service, const std::string& account, std::string_view bytes) = 0;
-    /// Makes a new item.
+    /// Makes a new item; `duplicateItem` where there is one, which stays as it is.
     virtual std::int32_t add(const std::string& service, const std::string& account, std::string_view bytes) = 0;
     virtual Copied copy(const std::string& service, const std::string& account) = 0;
-    /// A success where there is an item; its bytes are not read.
+    /// A success where there is an item; its bytes are not read, so that nothing has to be unlocked for it.
     virtual std::int32_t find(const std::string& service, const std::string& account) = 0;
+    /// Removes the item; `itemNotFound` where there is none.
     virtual std::int32_t remove(const std::string& service, const std::string& account) = 0;
-    /// Removes all items of a service.
+    /// Removes all items of a service; `itemNotFound` where it has none.
     virtual std::int32_t removeAll(const std::string& service) = 0;
 };
 

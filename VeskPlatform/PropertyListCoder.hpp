@@ -27,6 +27,7 @@ struct PropertyListValue {
 class PropertyListCoder {
 public:
     virtual ~PropertyListCoder() = default;
+    /// Throws ErrorRecord for a value of the first kind and for a text or key with a null byte, which would be cut.
     virtual std::string encodeBinary(const PropertyListValue& value) = 0;
     /// Throws DecodingError for bytes that are no property list, or nested too deeply.
     virtual PropertyListValue decode(const std::string& bytes) = 0;

@@ -1,5 +1,8 @@
 #include "VeskPlatform/Linux/PropertyList.hpp"
 
+#include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/Text.hpp"
+
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -7,6 +10,7 @@
 #include <plist/plist.h>
 #include <string>
 #include <utility>
+#include <variant>
 
 namespace vesk {
 
@@ -23,18 +27,18 @@ using OwnedText = std::unique_ptr<char, FreeMemory>;
 
 constexpr int deepest = 64;
 
-JsonValue converted(plist_t node, int depth);
+PropertyListValue converted(plist_t node, int depth);
 
-JsonValue::Array convertedArray(plist_t node, int depth) {
-    JsonValue::Array array;
+PropertyListValue::Array convertedArray(plist_t node, int depth) {
+    PropertyListValue::Array array;
     const std::uint32_t count = plist_array_get_size(node);
     array.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) array.push_back(converted(plist_array_get_item(node, i), depth));
     return array;
 }
 
-JsonValue::Object convertedDictionary(plist_t node, int depth) {
-    JsonValue::Object object;
+PropertyListValue::Dictionary convertedDictionary(plist_t node, int depth) {
+    PropertyListValue::Dictionary object;
     plist_dict_iter cursor = nullptr;
     plist_dict_new_iter(node, &cursor);
     const std::unique_ptr<void, FreeMemory> ownedCursor(cursor);
@@ -50,7 +54,7 @@ JsonValue::Object convertedDictionary(plist_t node, int depth) {
 
 struct TooDeep {};
 
-JsonValue converted(plist_t node, int depth) {
+PropertyListValue converted(plist_t node, int depth) {
     if (depth > deepest) throw TooDeep{};
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
@@ -72,6 +76,11 @@ JsonValue converted(plist_t node, int depth) {
         std::uint64_t length = 0;
         const char* text = plist_get_string_ptr(node, &length);
         return {text == nullptr ? std::string() : std::string(text, length)};
+    }
+    case PLIST_DATA: {
+        std::uint64_t length = 0;
+        const char* data = plist_get_data_ptr(node, &length);
+        return {PropertyListValue::Data{data == nullptr ? std::string() : std::string(data, length)}};
     }
     case PLIST_ARRAY: return {convertedArray(node, depth + 1)};
     case PLIST_DICT: return {convertedDictionary(node, depth + 1)};
@@ -95,9 +104,68 @@ OwnedPlist withHarmlessKeys(OwnedPlist root) {
     return xml == nullptr ? OwnedPlist() : parsed({xml, length});
 }
 
+JsonValue json(const PropertyListValue& value);
+
+struct JsonOf {
+    JsonValue operator()(std::monostate) const { return {}; }
+    JsonValue operator()(const PropertyListValue::Data&) const { return {}; }
+    JsonValue operator()(const PropertyListValue::Array& array) const {
+        JsonValue::Array result;
+        result.reserve(array.size());
+        for (const PropertyListValue& item : array) result.push_back(json(item));
+        return {std::move(result)};
+    }
+    JsonValue operator()(const PropertyListValue::Dictionary& dictionary) const {
+        JsonValue::Object result;
+        for (const auto& [key, item] : dictionary) result.emplace(key, json(item));
+        return {std::move(result)};
+    }
+    template <class T> JsonValue operator()(const T& value) const { return {value}; }
+};
+
+JsonValue json(const PropertyListValue& value) { return std::visit(JsonOf{}, value.value); }
+
+[[noreturn]] void cannotWrite(const std::string& what) {
+    constexpr std::int64_t writeInvalid = 3851; // NSPropertyListWriteInvalidError
+    throw ErrorRecord("NSCocoaErrorDomain", writeInvalid, "A property list cannot hold " + what + ".");
+}
+
+/// The library takes texts up to their first null byte, and makes others of ill-formed ones.
+const char* wholeText(const std::string& text) {
+    if (text.find('\0') != std::string::npos) cannotWrite("a text with a null byte");
+    if (!isWellFormedUtf8(text)) cannotWrite("a text that is no UTF-8");
+    return text.c_str();
+}
+
+OwnedPlist node(const PropertyListValue& value);
+
+struct NodeOf {
+    plist_t operator()(std::monostate) const { cannotWrite("a value of that kind"); }
+    plist_t operator()(bool value) const { return plist_new_bool(value ? 1 : 0); }
+    plist_t operator()(std::int64_t value) const { return plist_new_uint(static_cast<std::uint64_t>(value)); }
+    plist_t operator()(double value) const { return plist_new_real(value); }
+    plist_t operator()(const std::string& value) const { return plist_new_string(wholeText(value)); }
+    plist_t operator()(const PropertyListValue::Data& value) const {
+        return plist_new_data(value.bytes.data(), value.bytes.size());
+    }
+    plist_t operator()(const PropertyListValue::Array& array) const {
+        OwnedPlist result(plist_new_array());
+        for (const PropertyListValue& item : array) plist_array_append_item(result.get(), node(item).release());
+        return result.release();
+    }
+    plist_t operator()(const PropertyListValue::Dictionary& dictionary) const {
+        OwnedPlist result(plist_new_dict());
+        for (const auto& [key, item] : dictionary)
+            plist_dict_set_item(result.get(), wholeText(key), node(item).release());
+        return result.release();
+    }
+};
+
+OwnedPlist node(const PropertyListValue& value) { return OwnedPlist(std::visit(NodeOf{}, value.value)); }
+
 } // namespace
 
-std::optional<JsonValue> parsePropertyList(std::string_view bytes) {
+std::optional<PropertyListValue> readPropertyList(std::string_view bytes) {
     if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
     OwnedPlist root = parsed(bytes);
     if (root != nullptr && bytes.starts_with("bplist")) root = withHarmlessKeys(std::move(root));
@@ -107,6 +175,26 @@ std::optional<JsonValue> parsePropertyList(std::string_view bytes) {
     } catch (const TooDeep&) {
         return std::nullopt;
     }
+}
+
+std::optional<JsonValue> parsePropertyList(std::string_view bytes) {
+    const auto value = readPropertyList(bytes);
+    return value ? std::optional(json(*value)) : std::nullopt;
+}
+
+std::string LibplistCoder::encodeBinary(const PropertyListValue& value) {
+    const OwnedPlist root = node(value);
+    char* bytes = nullptr;
+    std::uint32_t length = 0;
+    plist_to_bin(root.get(), &bytes, &length);
+    const OwnedText owned(bytes);
+    if (bytes == nullptr) cannotWrite("as much");
+    return {bytes, length};
+}
+
+PropertyListValue LibplistCoder::decode(const std::string& bytes) {
+    if (auto value = readPropertyList(bytes)) return std::move(*value);
+    throw DecodingError(DecodingError::Kind::corrupt, "The data is not a valid property list.");
 }
 
 } // namespace vesk
