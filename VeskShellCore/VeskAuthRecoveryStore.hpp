@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VeskSupport/ErrorRecord.hpp"
+#include "VeskShellCore/KeychainStore.hpp"
 #include "VeskSupport/Task.hpp"
 
 #include <functional>
@@ -13,12 +13,21 @@ namespace vesk {
 /// Keeps the grant of a sign-in link from before its redemption until after it has succeeded, so that it outlives a
 /// crash in between. A value of three functions over some store of secrets, whose failures pass through.
 struct VeskAuthRecoveryStore {
-    /// The account in a store of secrets.
-    static constexpr const char* account = "VESK_AUTH_REDEEM_GRANT";
+    /// The account in the keychain.
+    static constexpr const char* account = KeychainAccount::veskAuthRedeemGrant;
 
-    std::function<std::optional<std::string>()> loadGrant;
-    std::function<void(const std::string& grant)> saveGrant;
-    std::function<void()> deleteGrant;
+    using Load = std::function<std::optional<std::string>()>;
+    using Save = std::function<void(const std::string& grant)>;
+    using Delete = std::function<void()>;
+
+    /// In the keychain, which the store keeps a copy of.
+    explicit VeskAuthRecoveryStore(const KeychainStore& keychain);
+    VeskAuthRecoveryStore(Load load, Save save, Delete remove)
+        : loadGrant(std::move(load)), saveGrant(std::move(save)), deleteGrant(std::move(remove)) {}
+
+    Load loadGrant;
+    Save saveGrant;
+    Delete deleteGrant;
 
     /// Trimmed; none where nothing is stored, or blanks, which stay there.
     std::optional<std::string> pendingGrant() const;

@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/ConsentDatabase.hpp"
 
-#include "VeskPlatform/Linux/DatabaseFile.hpp"
+#include "VeskPlatform/Linux/PrivateDatabaseFile.hpp"
 #include "VeskPlatform/Linux/SqliteConnection.hpp"
 
 #include <cerrno>
@@ -163,9 +163,10 @@ bool ConsentDatabase::exists() const {
 }
 
 void ConsentDatabase::prepareFile() const {
-    (void)exists(); // tells of what is no file
+    if (folder_.empty()) throw fileError(ENOENT, "the home directory");
+    (void)exists(); // tells where something else stands in the file's place
     try {
-        prepareDatabaseFile(folder_, path_);
+        preparePrivateDatabaseFile(folder_, path_);
     } catch (const PosixError& error) {
         throw ConsentDatabaseError(SQLITE_CANTOPEN,
                                    "The consent database cannot be used: " + error.description() + ".");

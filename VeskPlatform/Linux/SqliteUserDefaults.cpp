@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/SqliteUserDefaults.hpp"
 
-#include "VeskPlatform/Linux/DatabaseFile.hpp"
+#include "VeskPlatform/Linux/PrivateDatabaseFile.hpp"
 #include "VeskPlatform/Linux/SqliteConnection.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -47,8 +47,9 @@ std::optional<std::string> SqliteUserDefaults::stored(const std::string& key, co
 }
 
 void SqliteUserDefaults::store(const std::string& key, const std::string& type, std::string_view value) const {
+    if (folder_.empty()) return;
     try {
-        prepareDatabaseFile(folder_, path_);
+        preparePrivateDatabaseFile(folder_, path_);
         SqliteConnection connection(path_, patience_);
         connection.run(schema);
         SqliteQuery query(connection, "INSERT OR REPLACE INTO defaults VALUES (?, CAST(? AS " + type + "))");

@@ -1,5 +1,7 @@
 #include "VeskShellCore/VeskAuthError.hpp"
 #include "VeskShellCore/VeskAuthRecoveryStore.hpp"
+#include "VeskShellCore/VeskShellError.hpp"
+#include "tests/fakes/FakeKeychain.hpp"
 #include "tests/fakes/RunTask.hpp"
 
 #include <gtest/gtest.h>
@@ -13,23 +15,20 @@ protected:
     std::optional<int> refusedLoading, refusedSaving, refusedDeleting;
     std::vector<std::string> steps;
 
-    VeskAuthRecoveryStore store{.loadGrant =
-                                    [this] {
-                                        refuse(refusedLoading);
-                                        return kept;
-                                    },
-                                .saveGrant =
-                                    [this](const std::string& grant) {
-                                        refuse(refusedSaving);
-                                        kept = grant;
-                                        steps.push_back("save " + grant);
-                                    },
-                                .deleteGrant =
-                                    [this] {
-                                        refuse(refusedDeleting);
-                                        kept.reset();
-                                        steps.emplace_back("delete");
-                                    }};
+    VeskAuthRecoveryStore store{[this] {
+                                    refuse(refusedLoading);
+                                    return kept;
+                                },
+                                [this](const std::string& grant) {
+                                    refuse(refusedSaving);
+                                    kept = grant;
+                                    steps.push_back("save " + grant);
+                                },
+                                [this] {
+                                    refuse(refusedDeleting);
+                                    kept.reset();
+                                    steps.emplace_back("delete");
+                                }};
 
     static void refuse(std::optional<int> code) {
         if (code) throw ErrorRecord("store", *code, "refused");
@@ -136,6 +135,41 @@ TEST_F(VeskAuthRecoveryStoreTests, NotBeingAbleToClearLosesNobodyTheSignIn) {
     EXPECT_EQ(commit.value, "value");
     EXPECT_FALSE(commit.recoveryGrantCleared);
     EXPECT_EQ(kept, "grant");
+}
+
+TEST(VeskAuthRecoveryStoreInKeychain, HoldsTheGrantUnderItsAccount) {
+    FakeKeychain keychain;
+    const VeskAuthRecoveryStore store{KeychainStore(keychain, "Vesk")};
+    EXPECT_EQ(store.pendingGrant(), std::nullopt);
+    store.persist(" grant\n");
+    EXPECT_EQ(keychain.items,
+              (std::map<FakeKeychain::Key, std::string>{{{"Vesk", "VESK_AUTH_REDEEM_GRANT"}, "grant"}}));
+    EXPECT_EQ(store.pendingGrant(), "grant");
+    store.persist("newer");
+    EXPECT_EQ(store.pendingGrant(), "newer");
+    store.clear();
+    EXPECT_TRUE(keychain.items.empty());
+    store.clear();
+}
+
+TEST(VeskAuthRecoveryStoreInKeychain, ARefusalIsTheKeychainsFailure) {
+    FakeKeychain keychain;
+    const VeskAuthRecoveryStore store{KeychainStore(keychain, "Vesk")};
+    for (const char* verb : {"update", "copy", "remove"})
+        keychain.faults.push_back({.verb = verb, .account = "", .status = KeychainStatus::locked});
+    const auto statusOf = [](auto call) {
+        try {
+            call();
+        } catch (const VeskShellError& error) {
+            EXPECT_EQ(error.kind(), VeskShellError::Kind::keychainError);
+            EXPECT_EQ(error.description().find("planted"), std::string::npos);
+            return error.status();
+        }
+        return 0;
+    };
+    EXPECT_EQ(statusOf([&] { store.persist("planted"); }), KeychainStatus::locked);
+    EXPECT_EQ(statusOf([&] { store.pendingGrant(); }), KeychainStatus::locked);
+    EXPECT_EQ(statusOf([&] { store.clear(); }), KeychainStatus::locked);
 }
 
 } // namespace
