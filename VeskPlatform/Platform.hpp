@@ -19,6 +19,7 @@ class FileManager;
 class FilePlaces;
 class FileReader;
 class HttpTransport;
+class KeychainItems;
 class LocaleSettings;
 class MailScriptRunner;
 class MediaFramework;
@@ -28,6 +29,7 @@ class PdfDocuments;
 class PrivateFiles;
 class Processes;
 class ProgramLauncher;
+class PropertyListCoder;
 class RandomSource;
 class ReminderStore;
 class SerialQueue;
@@ -61,6 +63,8 @@ public:
     virtual FilePlaces& filePlaces() = 0;
     virtual FileReader& fileReader() = 0;
     virtual HttpTransport& httpTransport() = 0;
+    /// The user's secrets, in the store that is there when they are first asked for.
+    virtual KeychainItems& keychainItems() = 0;
     virtual LocaleSettings& localeSettings() = 0;
     virtual MailScriptRunner& mailScriptRunner() = 0;
     virtual MediaFramework& mediaFramework() = 0;
@@ -72,6 +76,7 @@ public:
     virtual PrivateFiles& privateFiles() = 0;
     virtual Processes& processes() = 0;
     virtual ProgramLauncher& programLauncher() = 0;
+    virtual PropertyListCoder& propertyListCoder() = 0;
     virtual RandomSource& randomSource() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;

@@ -23,6 +23,9 @@ target_link_libraries(third_ical INTERFACE third_icu)
 vesk_static_library(third_sqlite sqlite3.h sqlite3)
 target_link_libraries(third_sqlite INTERFACE Threads::Threads ${CMAKE_DL_LIBS} m)
 
+vesk_static_library(third_sodium sodium.h sodium)
+target_compile_definitions(third_sodium INTERFACE SODIUM_STATIC)
+
 vesk_static_library(third_elf gelf.h elf z)
 # Of the archive, a program has only what it asks for; the broker asks for nothing.
 vesk_static_library(third_crypto openssl/evp.h crypto)
@@ -57,6 +60,12 @@ target_link_libraries(third_gmime INTERFACE PkgConfig::VESK_GMIME)
 pkg_check_modules(VESK_CURL REQUIRED IMPORTED_TARGET libcurl)
 add_library(third_curl INTERFACE)
 target_link_libraries(third_curl INTERFACE PkgConfig::VESK_CURL)
+
+# Only modules link it.
+pkg_check_modules(VESK_SECRET REQUIRED IMPORTED_TARGET libsecret-1)
+add_library(third_secret INTERFACE)
+target_compile_definitions(third_secret INTERFACE SECRET_WITH_UNSTABLE SECRET_API_SUBJECT_TO_CHANGE)
+target_link_libraries(third_secret INTERFACE PkgConfig::VESK_SECRET)
 
 # Only modules link it.
 pkg_check_modules(VESK_QPDF REQUIRED IMPORTED_TARGET libqpdf)

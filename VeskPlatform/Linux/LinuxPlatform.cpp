@@ -6,6 +6,7 @@
 #include "VeskPlatform/Linux/ConsentAutomation.hpp"
 #include "VeskPlatform/Linux/ContactStoreOptions.hpp"
 #include "VeskPlatform/Linux/Desktop/LinuxDesktop.hpp"
+#include "VeskPlatform/Linux/DesktopReach.hpp"
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/HomePlaces.hpp"
@@ -21,8 +22,10 @@
 #include "VeskPlatform/Linux/PosixProcesses.hpp"
 #include "VeskPlatform/Linux/PosixProgramLauncher.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/PropertyList.hpp"
 #include "VeskPlatform/Linux/PropertyListBundleInformation.hpp"
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
+#include "VeskPlatform/Linux/Secrets/LinuxKeychain.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
 #include "VeskPlatform/Linux/SqliteUserDefaults.hpp"
 #include "VeskPlatform/Linux/SteadyMonotonicClock.hpp"
@@ -63,6 +66,7 @@ struct LinuxPlatform::Adapters {
     std::optional<PosixPrivateFiles> privateFiles;
     std::optional<PosixProcesses> processes;
     std::optional<PosixProgramLauncher> programLauncher;
+    std::optional<LibplistCoder> propertyListCoder;
     std::optional<SystemRandomSource> randomSource;
     std::optional<CompanionSettingsOpener> settingsOpener;
     std::optional<PropertyListBundleInformation> bundleInformation;
@@ -70,6 +74,7 @@ struct LinuxPlatform::Adapters {
     std::optional<TimerSleeper> sleeper;
     std::optional<MaildirScriptRunner> mail;
     std::optional<LoadedMessaging> messages;
+    std::optional<LinuxKeychain> keychainItems;
     std::optional<UserPrompt> prompt;
     std::optional<SqliteConsent> consent;
     std::optional<ConsentAutomation> automation;
@@ -101,6 +106,17 @@ FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
 HttpTransport& LinuxPlatform::httpTransport() {
     return built(adapters_->httpTransport, moduleFolderOf(runningExecutable()), certificatePlaces(environment()));
 }
+KeychainItems& LinuxPlatform::keychainItems() {
+    if (!adapters_->keychainItems) {
+        auto options =
+            linuxKeychainOptions(environment(), moduleFolderOf(runningExecutable()), stateFolder(environment()));
+        options.service.canPrompt = [this] { return desktopCanBeReached(environment()); };
+        options.service.log = options.file.log = wiring_.log;
+        adapters_->keychainItems.emplace(std::move(options));
+    }
+    return *adapters_->keychainItems;
+}
+
 LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->localeSettings, environment()); }
 SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }
 MonotonicClock& LinuxPlatform::monotonicClock() { return built(adapters_->monotonicClock); }
@@ -110,6 +126,7 @@ PdfDocuments& LinuxPlatform::pdfDocuments() {
 PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
 Processes& LinuxPlatform::processes() { return built(adapters_->processes); }
 ProgramLauncher& LinuxPlatform::programLauncher() { return built(adapters_->programLauncher); }
+PropertyListCoder& LinuxPlatform::propertyListCoder() { return built(adapters_->propertyListCoder); }
 RandomSource& LinuxPlatform::randomSource() { return built(adapters_->randomSource); }
 
 SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }

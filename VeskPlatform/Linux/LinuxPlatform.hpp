@@ -44,6 +44,7 @@ public:
     FilePlaces& filePlaces() override;
     FileReader& fileReader() override;
     HttpTransport& httpTransport() override;
+    KeychainItems& keychainItems() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;
     MediaFramework& mediaFramework() override;
@@ -54,6 +55,7 @@ public:
     PrivateFiles& privateFiles() override;
     Processes& processes() override;
     ProgramLauncher& programLauncher() override;
+    PropertyListCoder& propertyListCoder() override;
     RandomSource& randomSource() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;

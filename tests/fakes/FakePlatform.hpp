@@ -10,10 +10,12 @@
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
 #include "tests/fakes/FakeHttpTransport.hpp"
+#include "tests/fakes/FakeKeychain.hpp"
 #include "tests/fakes/FakeMail.hpp"
 #include "tests/fakes/FakeMediaFramework.hpp"
 #include "tests/fakes/FakeMessages.hpp"
 #include "tests/fakes/FakeProgramLauncher.hpp"
+#include "tests/fakes/FakePropertyListCoder.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
 #include "tests/fakes/FakeUserDefaults.hpp"
 #include "tests/fakes/FakeWebEngine.hpp"
@@ -39,6 +41,7 @@ public:
     FakeFilePlaces fakeFilePlaces;
     FakeFileReader fakeFileReader;
     FakeHttpTransport fakeHttpTransport;
+    FakeKeychain fakeKeychain;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
     FakeMail fakeMail;
@@ -49,6 +52,7 @@ public:
     FakePrivateFiles fakePrivateFiles;
     FakeProcesses fakeProcesses;
     FakeProgramLauncher fakeProgramLauncher;
+    FakePropertyListCoder fakePropertyListCoder;
     FakeRandomSource fakeRandomSource;
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
@@ -74,6 +78,7 @@ public:
     FilePlaces& filePlaces() override { return fakeFilePlaces; }
     FileReader& fileReader() override { return fakeFileReader; }
     HttpTransport& httpTransport() override { return fakeHttpTransport; }
+    KeychainItems& keychainItems() override { return fakeKeychain; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }
     MediaFramework& mediaFramework() override { return fakeMediaFramework; }
@@ -84,6 +89,7 @@ public:
     PrivateFiles& privateFiles() override { return fakePrivateFiles; }
     Processes& processes() override { return fakeProcesses; }
     ProgramLauncher& programLauncher() override { return fakeProgramLauncher; }
+    PropertyListCoder& propertyListCoder() override { return fakePropertyListCoder; }
     RandomSource& randomSource() override { return fakeRandomSource; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
