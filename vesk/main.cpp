@@ -13,6 +13,8 @@
 #include "vesk/FilesCommand.hpp"
 #include "vesk/LivenessCommand.hpp"
 #include "vesk/RuntimeCommands.hpp"
+#include "vesk/SignInCommand.hpp"
+#include "vesk/SignOutCommand.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -67,6 +69,8 @@ public:
     int operator()(const BrokerCommand& command) { return printed(runBroker, command); }
     int operator()(const LivenessCommand& command) { return printed(runLiveness, command); }
     int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
+    int operator()(const SignInCommand& command) { return printed(runSignIn, command); }
+    int operator()(const SignOutCommand& command) { return printed(runSignOut, command); }
 
 private:
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
