@@ -58,7 +58,7 @@ public:
     /// Makes the folder and those above it that are not there; one that is there is no failure. Throws PosixError, with
     /// ENOTDIR or EEXIST where something else stands in the way.
     virtual void createDirectory(const std::string& path) = 0;
-    /// Whether anything is there, a link followed.
+    /// Whether anything is there, a link followed. Safe from any thread.
     virtual bool fileExists(const std::string& path) = 0;
     /// None where nothing is there, a link followed, or where the user may not look.
     virtual std::optional<FileAttributes> attributes(const std::string& path) = 0;

@@ -18,6 +18,7 @@ class EventStore;
 class FileManager;
 class FilePlaces;
 class FileReader;
+class HttpTransport;
 class KeychainItems;
 class LocaleSettings;
 class MailScriptRunner;
@@ -34,6 +35,7 @@ class ReminderStore;
 class SerialQueue;
 class SettingsOpener;
 class Sleeper;
+class UserDefaults;
 class WebEngine;
 
 /// The set of ports. An accessor builds its adapter on first use and keeps it, so a run touches only what it needs.
@@ -60,6 +62,7 @@ public:
     virtual FileManager& fileManager() = 0;
     virtual FilePlaces& filePlaces() = 0;
     virtual FileReader& fileReader() = 0;
+    virtual HttpTransport& httpTransport() = 0;
     /// The user's secrets, in the store that is there when they are first asked for.
     virtual KeychainItems& keychainItems() = 0;
     virtual LocaleSettings& localeSettings() = 0;
@@ -77,6 +80,7 @@ public:
     virtual RandomSource& randomSource() = 0;
     virtual SettingsOpener& settingsOpener() = 0;
     virtual Sleeper& sleeper() = 0;
+    virtual UserDefaults& userDefaults() = 0;
     virtual WebEngine& webEngine() = 0;
 };
 

@@ -40,4 +40,17 @@ std::optional<std::string> base64Decoded(std::string_view text) {
     return bytes;
 }
 
+std::string base64UrlEncoded(std::string_view bytes) {
+    static constexpr std::string_view urlAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+    std::string text;
+    std::uint32_t bits = 0;
+    unsigned held = 0;
+    for (const char byte : bytes) {
+        bits = bits << 8U | static_cast<unsigned char>(byte);
+        for (held += 8; held >= 6; held -= 6) text += urlAlphabet[bits >> (held - 6) & 0x3FU];
+    }
+    if (held > 0) text += urlAlphabet[bits << (6 - held) & 0x3FU];
+    return text;
+}
+
 } // namespace vesk

@@ -10,4 +10,7 @@ namespace vesk {
 /// alphabet's.
 std::optional<std::string> base64Decoded(std::string_view text);
 
+/// `bytes` as base64url without padding (RFC 4648, section 5).
+std::string base64UrlEncoded(std::string_view bytes);
+
 } // namespace vesk

@@ -31,7 +31,7 @@ Command parseCommandLine(std::vector<std::string> arguments) {
     const std::array nouns{
         addConsent(app), addDoctor(app),   addCompose(app),      addFiles(app),   addRuntime(app),
         addBroker(app),  addLiveness(app), addUpdateRecord(app), addChannel(app), addTelegramBootstrap(app),
-        addSecrets(app)};
+        addSecrets(app), addSignIn(app),   addSignOut(app)};
     std::reverse(arguments.begin(), arguments.end()); // CLI11 takes them from the back
     try {
         app.parse(std::move(arguments));

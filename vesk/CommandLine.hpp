@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VeskShellCore/AuthSessionModels.hpp"
 #include "VeskShellCore/CapabilityModels.hpp"
 #include "VeskShellCore/ICloudModels.hpp"
 #include "VeskSupport/Uuid.hpp"
@@ -67,6 +68,22 @@ struct UpdateRecordCommand {
     /// None for the one of the application support directory.
     std::optional<std::string> file;
     std::optional<Uuid> expectedUpdateID;
+};
+
+enum class SignInVerb { start, redeem, status, cancel };
+struct SignInCommand {
+    SignInVerb verb{};
+    std::string email;
+    /// Redeem the grant that a failed try has left.
+    bool pending = false;
+    std::optional<std::string> baseURL;
+};
+enum class SignOutVerb { begin, advance, finish, show };
+struct SignOutCommand {
+    SignOutVerb verb{};
+    /// How the assistant is when the sign-out begins.
+    bool installed = false, running = false;
+    VeskAuthSignOutPhase phase{};
 };
 
 /// The verbs of the packaged runtime's tools, by the runtime's own words; and `locate`, which is ours.
@@ -163,9 +180,10 @@ struct SecretsCommand {
     std::string file;
 };
 
-using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
-                             ComposeCommand, FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand,
-                             UpdateRecordCommand, ChannelCommand, TelegramBootstrapCommand, SecretsCommand>;
+using Command =
+    std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand, ComposeCommand,
+                 FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand, UpdateRecordCommand, ChannelCommand,
+                 TelegramBootstrapCommand, SecretsCommand, SignInCommand, SignOutCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

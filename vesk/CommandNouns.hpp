@@ -28,6 +28,8 @@ std::unique_ptr<CommandNoun> addLiveness(CLI::App& app);
 std::unique_ptr<CommandNoun> addRuntime(CLI::App& app);
 std::unique_ptr<CommandNoun> addTelegramBootstrap(CLI::App& app);
 std::unique_ptr<CommandNoun> addSecrets(CLI::App& app);
+std::unique_ptr<CommandNoun> addSignIn(CLI::App& app);
+std::unique_ptr<CommandNoun> addSignOut(CLI::App& app);
 std::unique_ptr<CommandNoun> addUpdateRecord(CLI::App& app);
 
 } // namespace vesk

@@ -16,6 +16,8 @@
 #include "vesk/ReleaseCommands.hpp"
 #include "vesk/RuntimeCommands.hpp"
 #include "vesk/SecretsCommand.hpp"
+#include "vesk/SignInCommand.hpp"
+#include "vesk/SignOutCommand.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -80,6 +82,8 @@ public:
         print(runSecrets(command, platform));
         return succeeded;
     }
+    int operator()(const SignInCommand& command) { return printed(runSignIn, command); }
+    int operator()(const SignOutCommand& command) { return printed(runSignOut, command); }
 
 private:
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {

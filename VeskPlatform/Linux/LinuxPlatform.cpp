@@ -10,6 +10,7 @@
 #include "VeskPlatform/Linux/DriveCloudAccount.hpp"
 #include "VeskPlatform/Linux/EventStoreOptions.hpp"
 #include "VeskPlatform/Linux/HomePlaces.hpp"
+#include "VeskPlatform/Linux/Http/LoadedHttpTransport.hpp"
 #include "VeskPlatform/Linux/LoadedMessaging.hpp"
 #include "VeskPlatform/Linux/MailOptions.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
@@ -26,6 +27,7 @@
 #include "VeskPlatform/Linux/ReminderStoreOptions.hpp"
 #include "VeskPlatform/Linux/Secrets/LinuxKeychain.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
+#include "VeskPlatform/Linux/SqliteUserDefaults.hpp"
 #include "VeskPlatform/Linux/SteadyMonotonicClock.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/SystemLocaleSettings.hpp"
@@ -79,6 +81,8 @@ struct LinuxPlatform::Adapters {
     std::optional<LinuxDesktop> desktop;
     std::optional<ChromiumEngine> webEngine;
     std::optional<LoadedPdfDocuments> pdfDocuments;
+    std::optional<LoadedHttpTransport> httpTransport;
+    std::optional<SqliteUserDefaults> userDefaults;
     std::unique_ptr<MediaFramework> mediaFramework;
     std::optional<ThreadSerialQueue> logQueue;
 };
@@ -99,6 +103,9 @@ Environment& LinuxPlatform::environment() { return built(adapters_->environment)
 FileManager& LinuxPlatform::fileManager() { return built(adapters_->fileManager); }
 FilePlaces& LinuxPlatform::filePlaces() { return built(adapters_->filePlaces, environment(), fileReader()); }
 FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
+HttpTransport& LinuxPlatform::httpTransport() {
+    return built(adapters_->httpTransport, moduleFolderOf(runningExecutable()), certificatePlaces(environment()));
+}
 KeychainItems& LinuxPlatform::keychainItems() {
     if (!adapters_->keychainItems) {
         auto options =
@@ -138,6 +145,8 @@ Desktop& LinuxPlatform::desktop() {
 }
 
 Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
+
+UserDefaults& LinuxPlatform::userDefaults() { return built(adapters_->userDefaults, stateFolder(environment())); }
 
 MediaFramework& LinuxPlatform::mediaFramework() {
     if (!adapters_->mediaFramework)

@@ -43,6 +43,7 @@ public:
     FileManager& fileManager() override;
     FilePlaces& filePlaces() override;
     FileReader& fileReader() override;
+    HttpTransport& httpTransport() override;
     KeychainItems& keychainItems() override;
     LocaleSettings& localeSettings() override;
     MailScriptRunner& mailScriptRunner() override;
@@ -58,6 +59,7 @@ public:
     RandomSource& randomSource() override;
     SettingsOpener& settingsOpener() override;
     Sleeper& sleeper() override;
+    UserDefaults& userDefaults() override;
     WebEngine& webEngine() override;
 
 private:

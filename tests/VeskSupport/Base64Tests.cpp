@@ -24,5 +24,14 @@ TEST(Base64, RefusesWhatIsNone) {
         EXPECT_EQ(base64Decoded(text), std::nullopt) << text;
 }
 
+TEST(Base64, EncodesForUrlsWithoutPadding) {
+    const std::pair<std::string, const char*> cases[] = {
+        {"", ""},           {"f", "Zg"},          {"fo", "Zm8"},          {"foo", "Zm9v"},
+        {"foob", "Zm9vYg"}, {"fooba", "Zm9vYmE"}, {"foobar", "Zm9vYmFy"}, {"\xFF\xFE\xFD\xFC", "__79_A"},
+        {"\xFB", "-w"}};
+    for (const auto& [bytes, text] : cases) EXPECT_EQ(base64UrlEncoded(bytes), text) << text;
+    EXPECT_EQ(base64UrlEncoded(std::string(3, '\0')), "AAAA");
+}
+
 } // namespace
 } // namespace vesk

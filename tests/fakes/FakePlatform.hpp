@@ -9,6 +9,7 @@
 #include "tests/fakes/FakeDesktop.hpp"
 #include "tests/fakes/FakeEventStore.hpp"
 #include "tests/fakes/FakeFiles.hpp"
+#include "tests/fakes/FakeHttpTransport.hpp"
 #include "tests/fakes/FakeKeychain.hpp"
 #include "tests/fakes/FakeMail.hpp"
 #include "tests/fakes/FakeMediaFramework.hpp"
@@ -16,6 +17,7 @@
 #include "tests/fakes/FakeProgramLauncher.hpp"
 #include "tests/fakes/FakePropertyListCoder.hpp"
 #include "tests/fakes/FakeReminderStore.hpp"
+#include "tests/fakes/FakeUserDefaults.hpp"
 #include "tests/fakes/FakeWebEngine.hpp"
 
 namespace vesk::test {
@@ -38,6 +40,7 @@ public:
     FakeFileManager fakeFileManager;
     FakeFilePlaces fakeFilePlaces;
     FakeFileReader fakeFileReader;
+    FakeHttpTransport fakeHttpTransport;
     FakeKeychain fakeKeychain;
     FakeLocaleSettings fakeLocaleSettings;
     FakeSerialQueue fakeLogQueue;
@@ -54,6 +57,7 @@ public:
     FakeReminderStore fakeReminderStore;
     FakeSettingsOpener fakeSettingsOpener;
     FakeSleeper fakeSleeper{fakeMonotonicClock};
+    FakeUserDefaults fakeUserDefaults;
     FakeWebEngine fakeWebEngine;
 
     const Bundle& mainBundle() override { return bundle; }
@@ -73,6 +77,7 @@ public:
     FileManager& fileManager() override { return fakeFileManager; }
     FilePlaces& filePlaces() override { return fakeFilePlaces; }
     FileReader& fileReader() override { return fakeFileReader; }
+    HttpTransport& httpTransport() override { return fakeHttpTransport; }
     KeychainItems& keychainItems() override { return fakeKeychain; }
     LocaleSettings& localeSettings() override { return fakeLocaleSettings; }
     MailScriptRunner& mailScriptRunner() override { return fakeMail; }
@@ -88,6 +93,7 @@ public:
     RandomSource& randomSource() override { return fakeRandomSource; }
     SettingsOpener& settingsOpener() override { return fakeSettingsOpener; }
     Sleeper& sleeper() override { return fakeSleeper; }
+    UserDefaults& userDefaults() override { return fakeUserDefaults; }
     WebEngine& webEngine() override { return fakeWebEngine; }
 };
 
