@@ -27,6 +27,7 @@ std::unique_ptr<CommandNoun> addFiles(CLI::App& app);
 std::unique_ptr<CommandNoun> addLiveness(CLI::App& app);
 std::unique_ptr<CommandNoun> addRuntime(CLI::App& app);
 std::unique_ptr<CommandNoun> addTelegramBootstrap(CLI::App& app);
+std::unique_ptr<CommandNoun> addUpdate(CLI::App& app);
 std::unique_ptr<CommandNoun> addUpdateRecord(CLI::App& app);
 
 } // namespace vesk

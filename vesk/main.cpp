@@ -14,6 +14,7 @@
 #include "vesk/LivenessCommand.hpp"
 #include "vesk/ReleaseCommands.hpp"
 #include "vesk/RuntimeCommands.hpp"
+#include "vesk/UpdateCommands.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -24,7 +25,7 @@
 namespace vesk {
 namespace {
 
-enum ExitStatus { succeeded = 0, failed = 1, misused = 2 };
+enum ExitStatus { succeeded = 0, failed = 1, misused = 2, unsettled = 3 };
 
 void print(const std::string& text) {
     errno = 0;
@@ -70,6 +71,12 @@ public:
     int operator()(const ChannelCommand& command) { return printed(runChannel, command); }
     int operator()(const TelegramBootstrapCommand& command) { return printed(runTelegramBootstrap, command); }
     int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
+    int operator()(const UpdateCommand& command) {
+        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
+        const UpdateAnswer answer = runUpdate(command, platform);
+        print(answer.text);
+        return answer.isSettled ? succeeded : unsettled;
+    }
 
 private:
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
