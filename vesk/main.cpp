@@ -18,6 +18,7 @@
 #include "vesk/SecretsCommand.hpp"
 #include "vesk/SignInCommand.hpp"
 #include "vesk/SignOutCommand.hpp"
+#include "vesk/UpdateCommands.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -28,7 +29,7 @@
 namespace vesk {
 namespace {
 
-enum ExitStatus { succeeded = 0, failed = 1, misused = 2 };
+enum ExitStatus { succeeded = 0, failed = 1, misused = 2, unsettled = 3 };
 
 void print(const std::string& text) {
     errno = 0;
@@ -74,21 +75,25 @@ public:
     int operator()(const ChannelCommand& command) { return printed(runChannel, command); }
     int operator()(const TelegramBootstrapCommand& command) { return printed(runTelegramBootstrap, command); }
     int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
-    int operator()(const SecretsCommand& command) {
-        LinuxPlatform platform({.describeCapability = {}, .log = {}});
-        // What a status comes from, such as a key file that others may read, stands in the diagnostic log.
-        platform.setLog(
-            [&platform](const std::string& message) { ShellDebugLogger::log(platform, [&] { return message; }); });
-        print(runSecrets(command, platform));
-        return succeeded;
-    }
+    int operator()(const SecretsCommand& command) { return printed(runSecrets, command); }
     int operator()(const SignInCommand& command) { return printed(runSignIn, command); }
     int operator()(const SignOutCommand& command) { return printed(runSignOut, command); }
+    int operator()(const UpdateCommand& command) {
+        const UpdateAnswer answer = overPlatform([&](Platform& platform) { return runUpdate(command, platform); });
+        print(answer.text);
+        return answer.isSettled ? succeeded : unsettled;
+    }
 
 private:
+    /// What a failure comes from, such as a key file that others may read, stands in the diagnostic log.
+    template <class Run> static auto overPlatform(const Run& run) {
+        LinuxPlatform platform({.describeCapability = {}, .log = {}});
+        platform.setLog(
+            [&platform](const std::string& message) { ShellDebugLogger::log(platform, [&] { return message; }); });
+        return run(platform);
+    }
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
-        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-        print(run(command, platform));
+        print(overPlatform([&](Platform& platform) { return run(command, platform); }));
         return succeeded;
     }
 
