@@ -57,8 +57,8 @@ AppUpdateActivationCoordinatorOptions AppUpdateActivationCoordinatorOptions::of(
         return sleeper.sleep(duration);
     };
     options.now = [&clock = platform.clock()] { return clock.now(); };
-    options.processIsAlive = [&platform](std::int64_t processIdentifier) {
-        return isProcessAlive(platform, processIdentifier);
+    options.processIsAlive = [&processes = platform.processes()](std::int64_t processIdentifier) {
+        return isProcessAlive(processes, processIdentifier);
     };
     return options;
 }

@@ -48,12 +48,6 @@ std::int64_t milliseconds(Instant time) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
 }
 
-bool isProcessAlive(Processes& processes, std::int64_t processIdentifier) {
-    if (processIdentifier < 1 || processIdentifier > std::numeric_limits<std::int32_t>::max()) return false;
-    const int failure = processes.errorOfNullSignal(static_cast<std::int32_t>(processIdentifier));
-    return failure == 0 || failure == EPERM;
-}
-
 VeskAssistantLiveness livenessOf(const DaemonHealthState& state, Clock& clock,
                                  const VeskAssistantLivenessProbe::ProcessTest& processIsAlive) {
     using enum VeskAssistantLiveness;
@@ -96,6 +90,12 @@ Task<VeskAssistantLiveness> VeskAssistantLivenessProbe::currentState() const {
         return state ? livenessOf(*state, clock, processIsAlive) : VeskAssistantLiveness::unknown;
     };
     return orUnknown(onThreadOfItsOwn<VeskAssistantLiveness>(work));
+}
+
+bool isProcessAlive(Processes& processes, std::int64_t processIdentifier) {
+    if (processIdentifier < 1 || processIdentifier > std::numeric_limits<std::int32_t>::max()) return false;
+    const int failure = processes.errorOfNullSignal(static_cast<std::int32_t>(processIdentifier));
+    return failure == 0 || failure == EPERM;
 }
 
 } // namespace vesk

@@ -49,4 +49,7 @@ private:
     ProcessTest processIsAlive_;
 };
 
+/// A process of another user counts as alive; a number that no process can have does not. Safe from any thread.
+bool isProcessAlive(Processes& processes, std::int64_t processIdentifier);
+
 } // namespace vesk

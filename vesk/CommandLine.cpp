@@ -31,21 +31,20 @@ Command parseCommandLine(std::vector<std::string> arguments) {
     const std::array nouns{
         addConsent(app), addDoctor(app),   addCompose(app),      addFiles(app),   addRuntime(app),
         addBroker(app),  addLiveness(app), addUpdateRecord(app), addChannel(app), addTelegramBootstrap(app),
-        addSecrets(app), addSignIn(app),   addSignOut(app)};
-    addUpdate(app)
-};
-std::reverse(arguments.begin(), arguments.end()); // CLI11 takes them from the back
-try {
-    app.parse(std::move(arguments));
-} catch (const CLI::CallForHelp&) {
-    return HelpCommand{usageOf(app)};
-} catch (const CLI::ParseError& error) {
-    throw UsageError(usageOf(app), error.what());
-}
-for (const auto& noun : nouns)
-    if (auto command = noun->parsed(usageOf(app))) return *std::move(command);
-if (!version) throw UsageError(usageOf(app), json ? "--json needs --version or a command." : "A command is needed.");
-return VersionCommand{json};
+        addSecrets(app), addSignIn(app),   addSignOut(app),      addUpdate(app)};
+    std::reverse(arguments.begin(), arguments.end()); // CLI11 takes them from the back
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        return HelpCommand{usageOf(app)};
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(usageOf(app), error.what());
+    }
+    for (const auto& noun : nouns)
+        if (auto command = noun->parsed(usageOf(app))) return *std::move(command);
+    if (!version)
+        throw UsageError(usageOf(app), json ? "--json needs --version or a command." : "A command is needed.");
+    return VersionCommand{json};
 }
 
 } // namespace vesk

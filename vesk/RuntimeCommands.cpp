@@ -114,9 +114,12 @@ std::string searchedDirectory(FileManager& files) {
 
 } // namespace
 
+VeskRuntimeDescriptor locatedRuntime(Platform& platform) {
+    return VeskRuntimeLocator::resolve(platform, searchedDirectory(platform.fileManager()));
+}
+
 std::string runRuntime(const RuntimeCommand& command, Platform& platform) {
-    const std::string directory = searchedDirectory(platform.fileManager());
-    const VeskShellClient client(platform, VeskRuntimeLocator::resolve(platform, directory));
+    const VeskShellClient client(platform, locatedRuntime(platform));
     return writeJson(answer(client, command)) + "\n";
 }
 

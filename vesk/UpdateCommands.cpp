@@ -1,11 +1,10 @@
 #include "vesk/UpdateCommands.hpp"
 
-#include "VeskPlatform/FileManager.hpp"
 #include "VeskShellCore/AppUpdateActivationCoordinator.hpp"
 #include "VeskShellCore/ReleaseIdentity.hpp"
-#include "VeskShellCore/VeskRuntimeLocator.hpp"
 #include "VeskShellCore/VeskShellClient.hpp"
 #include "VeskSupport/RunToTheEnd.hpp"
+#include "vesk/RuntimeCommands.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -102,8 +101,7 @@ UpdateAnswer runUpdate(const UpdateCommand& command, Platform& platform) {
     if (command.verb == UpdateVerb::show) // needs no runtime
         return {
             runUpdateRecord({.verb = UpdateRecordVerb::show, .file = command.file, .expectedUpdateID = {}}, platform)};
-    const std::string directory = platform.fileManager().currentDirectoryPath();
-    const VeskShellClient client(platform, VeskRuntimeLocator::resolve(platform, directory));
+    const VeskShellClient client(platform, locatedRuntime(platform));
     return answerOf(update(command, platform, client));
 }
 

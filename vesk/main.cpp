@@ -39,6 +39,15 @@ void print(const std::string& text) {
 
 void complain(const std::string& description) { std::fprintf(stderr, "vesk: %s\n", onOneLine(description).c_str()); }
 
+/// Runs over the adapters. What a failure comes from, such as a key file that others may read, stands in the diagnostic
+/// log.
+template <class Run> auto overPlatform(const Run& run) {
+    LinuxPlatform platform({.describeCapability = {}, .log = {}});
+    platform.setLog(
+        [&platform](const std::string& message) { ShellDebugLogger::log(platform, [&] { return message; }); });
+    return run(platform);
+}
+
 /// Runs one command with the adapters it needs; each returns the exit status.
 class Companion {
 public:
@@ -85,13 +94,6 @@ public:
     }
 
 private:
-    /// What a failure comes from, such as a key file that others may read, stands in the diagnostic log.
-    template <class Run> static auto overPlatform(const Run& run) {
-        LinuxPlatform platform({.describeCapability = {}, .log = {}});
-        platform.setLog(
-            [&platform](const std::string& message) { ShellDebugLogger::log(platform, [&] { return message; }); });
-        return run(platform);
-    }
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
         print(overPlatform([&](Platform& platform) { return run(command, platform); }));
         return succeeded;
