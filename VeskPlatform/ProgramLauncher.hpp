@@ -47,8 +47,8 @@ public:
     /// The exit status, or 128 and the number of the signal that ended it. There is no limit of time but for a pipe
     /// that is full: then throws ProgramStalled, with the program ended, and no further verb is called.
     virtual std::int32_t waitUntilExit() = 0;
-    /// All of its standard output. What the program left running may still hold the pipe open: bytes that come are read
-    /// on, and where none come for the guard's time, what came is all.
+    /// All of its standard output. What the program left running may still hold the pipe open: it is read on for the
+    /// guard's time after the program's end and up to 64 MiB, and what came is all.
     virtual std::string readOutputToEnd() = 0;
     /// The same for standard error.
     virtual std::string readErrorsToEnd() = 0;

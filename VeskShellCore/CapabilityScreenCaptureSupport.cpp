@@ -8,6 +8,7 @@
 #include "VeskShellCore/DesktopBounds.hpp"
 #include "VeskShellCore/NativeControlError.hpp"
 #include "VeskShellCore/ShellDebugLogger.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/FilePath.hpp"
 
 #include <cmath>
@@ -117,9 +118,7 @@ void writePng(Platform& platform, ScreenImages& images, const std::string& path,
     note(platform, sized("wrote_png", image.width(), image.height()));
 }
 
-std::string fileURLPath(FileManager& files, const std::string& path) {
-    return absolutePath(path, path.starts_with('/') ? std::string() : files.currentDirectoryPath());
-}
+std::string fileURLPath(FileManager& files, const std::string& path) { return absolutePath(files, path); }
 
 } // namespace
 

@@ -8,6 +8,7 @@
 #include "VeskShellCore/MediaInputs.hpp"
 #include "VeskShellCore/ReelProfile.hpp"
 #include "VeskShellCore/ReelTimeline.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -23,7 +24,7 @@ void checkCount(const std::vector<CapabilityMediaComposeInput>& inputs) {
 }
 
 std::string standardized(FileManager& files, const std::string& path) {
-    return standardizedPath(absolutePath(path, files.currentDirectoryPath()));
+    return standardizedPath(absolutePath(files, path));
 }
 
 double imageDuration(const std::optional<double>& requested) {

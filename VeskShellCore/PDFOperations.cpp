@@ -7,6 +7,7 @@
 #include "VeskShellCore/BundleResponse.hpp"
 #include "VeskShellCore/PDFDocument.hpp"
 #include "VeskShellCore/PDFNavigationDelegate.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Text.hpp"
@@ -23,7 +24,7 @@ constexpr std::chrono::milliseconds settlingTime{50};
 ErrorRecord pdfError(std::string message, std::int64_t code) { return {"VeskPDFOperations", code, std::move(message)}; }
 
 std::string outputFile(FileManager& files, std::string_view outputPath) {
-    std::string path = standardizedPath(absolutePath(outputPath, files.currentDirectoryPath()));
+    std::string path = standardizedPath(absolutePath(files, outputPath));
     files.createDirectory(parentFolder(path));
     return path;
 }

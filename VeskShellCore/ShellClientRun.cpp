@@ -2,7 +2,7 @@
 
 #include "VeskPlatform/BundleInformation.hpp"
 #include "VeskPlatform/Environment.hpp"
-#include "VeskSupport/Text.hpp"
+#include "VeskShellCore/ReleaseIdentity.hpp"
 
 #include <array>
 #include <map>
@@ -11,13 +11,6 @@
 
 namespace vesk {
 namespace {
-
-/// A text that is not blank.
-std::optional<std::string> trimmedBundleString(const JsonValue::Object& information, std::string_view key) {
-    const auto found = information.find(key);
-    const auto* text = found == information.end() ? nullptr : std::get_if<std::string>(&found->second.value);
-    return text == nullptr ? std::nullopt : trimmedOrAbsent(*text);
-}
 
 /// Only what the bundle tells is set: the rest stays as it was inherited.
 std::map<std::string, std::string> currentAppReleaseEnvironment(Platform& platform) {

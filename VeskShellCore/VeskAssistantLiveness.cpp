@@ -4,11 +4,13 @@
 #include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/FileReader.hpp"
 #include "VeskPlatform/Processes.hpp"
+#include "VeskSupport/DetachedWork.hpp"
 
 #include <cerrno>
 #include <chrono>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace vesk {
 namespace {
@@ -46,12 +48,32 @@ std::int64_t milliseconds(Instant time) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
 }
 
+VeskAssistantLiveness livenessOf(const DaemonHealthState& state, Clock& clock,
+                                 const VeskAssistantLivenessProbe::ProcessTest& processIsAlive) {
+    using enum VeskAssistantLiveness;
+    if (state.schemaVersion != knownSchema) return unknown;
+    if (!state.running) return stopped; // a daemon that says so is believed, however old that is
+    if (!state.expiresAtMs || *state.expiresAtMs < milliseconds(clock.now())) return unknown;
+    if (state.pid.value_or(0) < 1) return unknown;
+    return processIsAlive(*state.pid) ? running : stopped;
+}
+
+/// Having no thread to ask on is one more way of not being able to tell.
+Task<VeskAssistantLiveness> orUnknown(Task<VeskAssistantLiveness> asked) {
+    try {
+        co_return co_await std::move(asked);
+    } catch (const PosixError&) {
+        co_return VeskAssistantLiveness::unknown;
+    }
+}
+
 } // namespace
 
 VeskAssistantLivenessProbe::VeskAssistantLivenessProbe(Platform& platform, std::string stateFilePath)
-    : VeskAssistantLivenessProbe(platform, std::move(stateFilePath), [&platform](std::int64_t processIdentifier) {
-          return isProcessAlive(platform, processIdentifier);
-      }) {}
+    : VeskAssistantLivenessProbe(platform, std::move(stateFilePath),
+                                 [&processes = platform.processes()](std::int64_t processIdentifier) {
+                                     return isProcessAlive(processes, processIdentifier);
+                                 }) {}
 
 VeskAssistantLivenessProbe::VeskAssistantLivenessProbe(Platform& platform, std::string stateFilePath,
                                                        ProcessTest processIsAlive)
@@ -62,18 +84,17 @@ std::string VeskAssistantLivenessProbe::defaultStateFilePath(Platform& platform)
 }
 
 Task<VeskAssistantLiveness> VeskAssistantLivenessProbe::currentState() const {
-    using enum VeskAssistantLiveness;
-    const auto state = readState(platform_.fileReader(), stateFilePath_);
-    if (!state || state->schemaVersion != knownSchema) co_return unknown;
-    if (!state->running) co_return stopped; // a daemon that says so is believed, however old that is
-    if (!state->expiresAtMs || *state->expiresAtMs < milliseconds(platform_.clock().now())) co_return unknown;
-    if (state->pid.value_or(0) < 1) co_return unknown;
-    co_return processIsAlive_(*state->pid) ? running : stopped;
+    const std::function<VeskAssistantLiveness()> work = [&files = platform_.fileReader(), &clock = platform_.clock(),
+                                                         path = stateFilePath_, processIsAlive = processIsAlive_] {
+        const auto state = readState(files, path);
+        return state ? livenessOf(*state, clock, processIsAlive) : VeskAssistantLiveness::unknown;
+    };
+    return orUnknown(onThreadOfItsOwn<VeskAssistantLiveness>(work));
 }
 
-bool isProcessAlive(Platform& platform, std::int64_t processIdentifier) {
+bool isProcessAlive(Processes& processes, std::int64_t processIdentifier) {
     if (processIdentifier < 1 || processIdentifier > std::numeric_limits<std::int32_t>::max()) return false;
-    const int failure = platform.processes().errorOfNullSignal(static_cast<std::int32_t>(processIdentifier));
+    const int failure = processes.errorOfNullSignal(static_cast<std::int32_t>(processIdentifier));
     return failure == 0 || failure == EPERM;
 }
 

@@ -28,16 +28,19 @@ inline constexpr auto rawValueTable<VeskAssistantLiveness> =
 /// names. One small file is read; no process is started.
 class VeskAssistantLivenessProbe {
 public:
+    /// Safe from any thread.
     using ProcessTest = std::function<bool(std::int64_t processIdentifier)>;
 
-    /// The platform outlives the probe. Without a process test, processes are those of the platform.
+    /// The platform outlives whatever is asked. Without a process test, processes are those of the platform: one of
+    /// another user counts as alive, a number that no process can have does not.
     VeskAssistantLivenessProbe(Platform& platform, std::string stateFilePath);
     VeskAssistantLivenessProbe(Platform& platform, std::string stateFilePath, ProcessTest processIsAlive);
 
     /// "Library/Application Support/Vesk/data/vesk-health.json" in the user's home.
     static std::string defaultStateFilePath(Platform& platform);
 
-    /// Never fails: what cannot be told is unknown.
+    /// Never fails: what cannot be told is unknown. Reads on a thread of its own, since a home may lie on a disk that
+    /// does not answer.
     Task<VeskAssistantLiveness> currentState() const;
 
 private:
@@ -46,7 +49,7 @@ private:
     ProcessTest processIsAlive_;
 };
 
-/// A process of another user counts as alive; a number that no process can have does not.
-bool isProcessAlive(Platform& platform, std::int64_t processIdentifier);
+/// A process of another user counts as alive; a number that no process can have does not. Safe from any thread.
+bool isProcessAlive(Processes& processes, std::int64_t processIdentifier);
 
 } // namespace vesk

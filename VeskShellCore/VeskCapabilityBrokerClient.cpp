@@ -6,6 +6,7 @@
 #include "VeskShellCore/CommandExecution.hpp"
 #include "VeskShellCore/VeskRuntimeLocator.hpp"
 #include "VeskShellCore/VeskShellError.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -21,7 +22,7 @@ namespace {
 std::vector<std::string> candidates(Platform& platform, bool prefer) {
     std::vector<std::string> found;
     if (const auto path = trimmedOrAbsent(platform.environment().value("VESK_CAPABILITY_BROKER")))
-        found.push_back(absolutePath(*path, platform.fileManager().currentDirectoryPath()));
+        found.push_back(absolutePath(platform.fileManager(), *path));
     const Bundle& bundle = platform.mainBundle();
     if (const auto application = bundlePath(bundle))
         found.insert(prefer ? found.begin() : found.end(), *application + "/Contents/Helpers/VeskCapabilityBroker");

@@ -5,6 +5,7 @@
 #include "VeskPlatform/FileReader.hpp"
 #include "VeskShellCore/BrokerPaths.hpp"
 #include "VeskShellCore/VeskShellError.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -125,7 +126,7 @@ bool shouldPreferBundledResources(Platform& platform, std::optional<bool> prefer
 
 std::vector<std::string> ascendingDirectories(Platform& platform, const std::string& directory) {
     FileManager& files = platform.fileManager();
-    std::string path = files.resolvedPath(standardizedPath(absolutePath(directory, files.currentDirectoryPath())));
+    std::string path = files.resolvedPath(standardizedPath(absolutePath(files, directory)));
     std::vector<std::string> found{path};
     while (path != "/") {
         path = parentFolder(path);
@@ -164,7 +165,7 @@ VeskRuntimeDescriptor resolve(Platform& platform, const std::string& currentDire
     const std::vector<Candidate> all = candidates(platform, currentDirectory, prefer);
     std::vector<std::string> paths;
     for (const auto& [source, candidate] : all) {
-        const std::string path = absolutePath(candidate, files.currentDirectoryPath());
+        const std::string path = absolutePath(files, candidate);
         if (files.fileExists(path)) return descriptor(platform, source, path);
         paths.push_back(path);
     }

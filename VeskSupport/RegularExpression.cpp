@@ -37,6 +37,21 @@ bool containsMatch(std::string_view text, const std::string& pattern, LetterCase
     return found;
 }
 
+std::optional<std::string> firstCapture(std::string_view text, const std::string& pattern, LetterCase letterCase) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString input = toUnicode(text);
+    icu::RegexMatcher matcher(toUnicode(pattern), input, flagsOf(letterCase), status);
+    require(status, pattern);
+    const bool found = matcher.find(status) != 0;
+    require(status, pattern);
+    if (!found) return std::nullopt;
+    const icu::UnicodeString captured = matcher.group(1, status);
+    require(status, pattern);
+    std::string result;
+    captured.toUTF8String(result);
+    return result;
+}
+
 std::string replacingMatches(std::string_view text, const std::string& pattern, LetterCase letterCase,
                              const std::string& replacement) {
     UErrorCode status = U_ZERO_ERROR;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,9 @@ std::string replacingMatches(std::string_view text, const std::string& pattern, 
 
 /// Whether `pattern` matches anywhere in `text`, and throws, as above.
 bool containsMatch(std::string_view text, const std::string& pattern, LetterCase letterCase);
+
+/// What the first group of the first match caught; none without a match. Throws as above, also for a pattern without a
+/// group.
+std::optional<std::string> firstCapture(std::string_view text, const std::string& pattern, LetterCase letterCase);
 
 } // namespace vesk

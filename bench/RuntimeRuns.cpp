@@ -1,18 +1,18 @@
-// Runs a packaged runtime's status again and again, bare and through the ports that the shell's client uses, in turns;
-// and 500 times at once. Prints the figures as JSON. Argument: the root of the runtime.
+// Runs a packaged runtime's status again and again, bare and through the shell's client, in turns; and 500 times at
+// once. Prints the figures as JSON. Argument: the root of the runtime.
 
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 #include "VeskPlatform/Linux/Pipe.hpp"
 #include "VeskPlatform/Linux/ProgramSpawn.hpp"
-#include "VeskShellCore/PackagedServiceStatus.hpp"
-#include "VeskSupport/DetachedWork.hpp"
+#include "VeskShellCore/VeskRuntimeLocator.hpp"
+#include "VeskShellCore/VeskShellClient.hpp"
 #include "VeskSupport/RunToTheEnd.hpp"
+#include "tests/support/DescriptorLimit.hpp"
 #include "tests/support/HeldProcessResources.hpp"
 
 #include <algorithm>
 #include <array>
 #include <asio/co_spawn.hpp>
-#include <asio/detached.hpp>
 #include <asio/io_context.hpp>
 #include <chrono>
 #include <fcntl.h>
@@ -57,41 +57,34 @@ void runBare(const std::string& daemon) {
     ::waitpid(child, nullptr, 0);
 }
 
-PackagedServiceStatus statusOf(ProgramLauncher& launcher, const std::string& root) {
-    const auto program = launcher.launch({.executable = root + "/bin/vesk-daemon",
-                                          .arguments = {"bootstrap", "status"},
-                                          .workingDirectory = root,
-                                          .variables = {{"VESK_RUNTIME_MANIFEST", root + "/manifest.json"}}});
-    if (program->waitUntilExit() != 0) throw ErrorRecord("RuntimeRuns", 1, program->readErrorsToEnd());
-    return fromJson<PackagedServiceStatus>(parseJson(program->readOutputToEnd()));
+VeskRuntimeDescriptor runtimeAt(Platform& platform, const std::string& root) {
+    return VeskRuntimeLocator::descriptor(platform, VeskRuntimeDescriptor::Source::explicitEnvironment,
+                                          root + "/manifest.json");
 }
 
-Task<void> ask(Platform& platform, std::string root) {
-    const std::function<PackagedServiceStatus()> work = [&launcher = platform.programLauncher(), root] {
-        return statusOf(launcher, root);
-    };
-    co_await onThreadOfItsOwn<PackagedServiceStatus>(work);
-}
+Task<void> ask(VeskShellClient client) { co_await client.serviceStatus(); }
 
-JsonValue measureTurns(Platform& platform, const std::string& root) {
+JsonValue measureTurns(const VeskShellClient& client) {
     std::vector<double> bare, asked;
     for (int round = 0; round < rounds; ++round) {
-        bare.push_back(millisecondsOf([&] { runBare(root + "/bin/vesk-daemon"); }));
-        asked.push_back(millisecondsOf([&] { runToTheEnd(ask(platform, root)); }));
+        bare.push_back(millisecondsOf([&] { runBare(client.runtime().daemonPath); }));
+        asked.push_back(millisecondsOf([&] { runToTheEnd(ask(client)); }));
     }
     return {JsonValue::Object{{"bare", {median(bare)}}, {"asked", {median(asked)}}}};
 }
 
-void askManyAtOnce(Platform& platform, const std::string& root) {
+void askManyAtOnce(const VeskShellClient& client) {
     asio::io_context executor(1);
     for (int i = 0; i < atOnce; ++i)
-        asio::co_spawn(executor, ask(platform, root), [](const std::exception_ptr& failure) {
+        asio::co_spawn(executor, ask(client), [](const std::exception_ptr& failure) {
             if (failure) std::rethrow_exception(failure);
         });
     executor.run();
 }
 
-std::int64_t threads() { return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
+std::int64_t threads() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
+}
 
 /// Threads that have answered may still be on their way out.
 std::int64_t threadsLeft(std::int64_t before) {
@@ -100,10 +93,10 @@ std::int64_t threadsLeft(std::int64_t before) {
     return threads() - before;
 }
 
-JsonValue measureMany(Platform& platform, const std::string& root) {
+JsonValue measureMany(const VeskShellClient& client) {
     const std::int64_t before = threads();
     const auto held = test::HeldProcessResources::now();
-    const double milliseconds = millisecondsOf([&] { askManyAtOnce(platform, root); });
+    const double milliseconds = millisecondsOf([&] { askManyAtOnce(client); });
     const std::int64_t threadsMore = threadsLeft(before);
     const auto left = test::HeldProcessResources::now();
     const auto more = [](const auto& now, const auto& then) {
@@ -117,11 +110,13 @@ JsonValue measureMany(Platform& platform, const std::string& root) {
 }
 
 int run(const std::string& root) {
+    const test::DescriptorLimit limit;
+    limit.raise(10'000);
     LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-    runToTheEnd(ask(platform, root)); // what is made once is made
-    JsonValue::Object figures{{"turns", measureTurns(platform, root)}};
-    figures.emplace("many", measureMany(platform, root));
-    std::cout << writeJson({std::move(figures)}) << std::endl;
+    const VeskShellClient client(platform, runtimeAt(platform, root));
+    runToTheEnd(ask(client)); // what is made once is made
+    const JsonValue turns = measureTurns(client), many = measureMany(client);
+    std::cout << writeJson({JsonValue::Object{{"turns", turns}, {"many", many}}}) << std::endl;
     return 0;
 }
 

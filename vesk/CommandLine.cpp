@@ -28,8 +28,10 @@ Command parseCommandLine(std::vector<std::string> arguments) {
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.add_flag("--version", version, "Print version and build");
     app.add_flag("--json", json, "With --version: print JSON, with the addresses of the services");
-    const std::array nouns{addConsent(app), addDoctor(app),   addCompose(app),      addFiles(app),  addRuntime(app),
-                           addBroker(app),  addLiveness(app), addUpdateRecord(app), addSignIn(app), addSignOut(app)};
+    const std::array nouns{
+        addConsent(app), addDoctor(app),   addCompose(app),      addFiles(app),   addRuntime(app),
+        addBroker(app),  addLiveness(app), addUpdateRecord(app), addChannel(app), addTelegramBootstrap(app),
+        addSecrets(app), addSignIn(app),   addSignOut(app),      addUpdate(app)};
     std::reverse(arguments.begin(), arguments.end()); // CLI11 takes them from the back
     try {
         app.parse(std::move(arguments));

@@ -163,9 +163,38 @@ struct BrokerCommand {
     std::optional<CapabilityKind> requested;
 };
 
-using Command = std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand,
-                             ComposeCommand, FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand,
-                             UpdateRecordCommand, SignInCommand, SignOutCommand>;
+enum class ChannelVerb { check, urls };
+struct ChannelCommand {
+    ChannelVerb verb{};
+    std::string channel;
+    std::string manifestFile;
+    std::optional<std::string> version;
+};
+struct TelegramBootstrapCommand {};
+enum class UpdateVerb { prepare, handoff, recover, reconcile, show };
+struct UpdateCommand {
+    UpdateVerb verb{};
+    std::string version, build, channel;
+    std::optional<bool> desiredRunning;
+    std::optional<Uuid> updateID;
+    /// None for the one of the application support directory.
+    std::optional<std::string> file;
+    int stopPolls = 40, activationPolls = 60, pollIntervalMs = 500;
+    std::vector<int> retryDelaysMs{0, 2000, 5000};
+};
+
+enum class SecretsVerb { set, read, remove, presence, exportAll, rehearse };
+struct SecretsCommand {
+    SecretsVerb verb{};
+    std::string service;
+    std::string account;
+    std::string file;
+};
+
+using Command =
+    std::variant<HelpCommand, VersionCommand, ConsentCommand, ConsentPageCommand, DoctorCommand, ComposeCommand,
+                 FilesCommand, RuntimeCommand, BrokerCommand, LivenessCommand, UpdateRecordCommand, ChannelCommand,
+                 TelegramBootstrapCommand, SecretsCommand, SignInCommand, SignOutCommand, UpdateCommand>;
 
 /// The command of `arguments` (without the program's name). Throws UsageError.
 Command parseCommandLine(std::vector<std::string> arguments);

@@ -19,14 +19,18 @@ public:
 };
 
 std::unique_ptr<CommandNoun> addBroker(CLI::App& app);
+std::unique_ptr<CommandNoun> addChannel(CLI::App& app);
 std::unique_ptr<CommandNoun> addCompose(CLI::App& app);
 std::unique_ptr<CommandNoun> addConsent(CLI::App& app);
 std::unique_ptr<CommandNoun> addDoctor(CLI::App& app);
 std::unique_ptr<CommandNoun> addFiles(CLI::App& app);
 std::unique_ptr<CommandNoun> addLiveness(CLI::App& app);
 std::unique_ptr<CommandNoun> addRuntime(CLI::App& app);
+std::unique_ptr<CommandNoun> addSecrets(CLI::App& app);
 std::unique_ptr<CommandNoun> addSignIn(CLI::App& app);
 std::unique_ptr<CommandNoun> addSignOut(CLI::App& app);
+std::unique_ptr<CommandNoun> addTelegramBootstrap(CLI::App& app);
+std::unique_ptr<CommandNoun> addUpdate(CLI::App& app);
 std::unique_ptr<CommandNoun> addUpdateRecord(CLI::App& app);
 
 } // namespace vesk

@@ -5,6 +5,7 @@
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskShellCore/ShellDebugLogger.hpp"
 #include "vesk/ConsentCommands.hpp"
+#include "vesk/DoctorSecrets.hpp"
 #include "vesk/DoctorServices.hpp"
 #include "vesk/Table.hpp"
 
@@ -78,6 +79,7 @@ void appendFindings(const std::vector<DoctorFinding>& findings, const std::strin
 std::string findingsText(const DoctorReport& report) {
     std::vector<std::vector<std::string>> rows{{"ABOUT", "FINDING", "REMEDY"}};
     for (const DoctorCapability& c : report.capabilities) appendFindings(c.findings, c.id, rows);
+    appendFindings(report.secrets.findings, "secrets", rows);
     appendFindings(report.findings, "-", rows);
     return rows.size() == 1 ? "Nothing is missing.\n" : tableText(rows);
 }
@@ -97,6 +99,8 @@ DoctorReport examine(Environment& environment, const ConsentDatabase& database) 
     const Decisions decisions = readDecisions(database, report);
     for (const CapabilityKind kind : allCapabilityKinds)
         report.capabilities.push_back(examineCapability(kind, environment, report.stores, decisions));
+    DoctorService secrets = examineSecrets(environment);
+    report.secrets = {std::move(secrets.service), std::move(secrets.findings)};
     examineFolder(report.places.stateFolder, "state folder", report);
     examineFolder(report.places.cacheFolder, "cache folder", report);
     examineDialogs(environment, report);
@@ -109,6 +113,7 @@ std::string doctorText(const DoctorReport& report) {
         capabilities.push_back({c.id, c.consent ? stateText(*c.consent) : "-", c.service});
     std::vector<std::vector<std::string>> places;
     for (const StoreReport& store : report.stores) places.push_back({store.name, storeText(store)});
+    places.push_back({"secrets", report.secrets.service});
     places.push_back({"state", report.places.stateFolder});
     places.push_back({"cache", report.places.cacheFolder});
     places.push_back({"log", report.places.logFile.value_or("-")});

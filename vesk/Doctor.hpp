@@ -48,10 +48,21 @@ inline constexpr auto recordTable<DoctorPlaces> =
     recordFields(required("stateFolder", &DoctorPlaces::stateFolder),
                  required("cacheFolder", &DoctorPlaces::cacheFolder), optional("logFile", &DoctorPlaces::logFile));
 
+/// What holds the assistant's secrets, and what is amiss there.
+struct DoctorSecrets {
+    std::string service;
+    std::vector<DoctorFinding> findings;
+};
+
+template <>
+inline constexpr auto recordTable<DoctorSecrets> =
+    recordFields(required("service", &DoctorSecrets::service), required("findings", &DoctorSecrets::findings));
+
 struct DoctorReport {
     std::vector<DoctorCapability> capabilities;
     std::vector<StoreReport> stores;
     DoctorPlaces places;
+    DoctorSecrets secrets;
     /// What concerns no single capability.
     std::vector<DoctorFinding> findings;
     /// Why the doctor could not look at the consents; not printed with the report.
@@ -61,7 +72,8 @@ struct DoctorReport {
 template <>
 inline constexpr auto recordTable<DoctorReport> =
     recordFields(required("capabilities", &DoctorReport::capabilities), required("stores", &DoctorReport::stores),
-                 required("places", &DoctorReport::places), required("findings", &DoctorReport::findings));
+                 required("places", &DoctorReport::places), required("secrets", &DoctorReport::secrets),
+                 required("findings", &DoctorReport::findings));
 
 /// Looks at everything and changes nothing.
 DoctorReport examine(Environment& environment, const ConsentDatabase& database);

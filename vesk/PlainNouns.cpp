@@ -47,4 +47,9 @@ std::unique_ptr<CommandNoun> addLiveness(CLI::App& app) {
         *app.add_subcommand("liveness", "Tell whether the assistant is alive"));
 }
 
+std::unique_ptr<CommandNoun> addTelegramBootstrap(CLI::App& app) {
+    return std::make_unique<PlainNoun<TelegramBootstrapCommand>>(*app.add_subcommand(
+        "telegram-bootstrap", "Tell which Telegram user and chats the text on standard input allows"));
+}
+
 } // namespace vesk

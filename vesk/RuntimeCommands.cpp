@@ -103,11 +103,23 @@ JsonValue answer(const VeskShellClient& client, const RuntimeCommand& command) {
     return {};
 }
 
+/// Where the search for builds begins: of a working directory that is gone only the root is left.
+std::string searchedDirectory(FileManager& files) {
+    try {
+        return files.currentDirectoryPath();
+    } catch (const PosixError&) {
+        return "/";
+    }
+}
+
 } // namespace
 
+VeskRuntimeDescriptor locatedRuntime(Platform& platform) {
+    return VeskRuntimeLocator::resolve(platform, searchedDirectory(platform.fileManager()));
+}
+
 std::string runRuntime(const RuntimeCommand& command, Platform& platform) {
-    const std::string directory = platform.fileManager().currentDirectoryPath();
-    const VeskShellClient client(platform, VeskRuntimeLocator::resolve(platform, directory));
+    const VeskShellClient client(platform, locatedRuntime(platform));
     return writeJson(answer(client, command)) + "\n";
 }
 

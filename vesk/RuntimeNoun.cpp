@@ -2,7 +2,9 @@
 #include "vesk/CommandNouns.hpp"
 
 #include <array>
+#include <charconv>
 #include <string_view>
+#include <system_error>
 
 namespace vesk {
 namespace {
@@ -71,6 +73,7 @@ public:
         for (const auto& [verb, command] : verbs_) {
             if (!command->parsed()) continue;
             command_.verb = verb;
+            if (verb == memoryUpdate) command_.memoryId = memoryId(usage);
             if (verb == activate && command_.running == stopped_)
                 throw UsageError(usage, "One of --running and --stopped is needed.");
             if (verb == connectorConnect && command_.email.has_value() == command_.standardInput)
@@ -81,6 +84,16 @@ public:
     }
 
 private:
+    /// Decimal and in range: any other reading of the text would change another memory than was meant.
+    std::int64_t memoryId(const std::string& usage) const {
+        std::int64_t number = 0;
+        const char* const end = memory_.data() + memory_.size();
+        const auto [rest, failure] = std::from_chars(memory_.data(), end, number);
+        if (failure != std::errc() || rest != end)
+            throw UsageError(usage, "Could not convert: id = " + repairedUtf8(memory_));
+        return number;
+    }
+
     void addVerb(CLI::App& tool, const VerbShape& shape) {
         CLI::App& command = *tool.add_subcommand(std::string(rawValue(shape.verb)), std::string(shape.help));
         verbs_.emplace_back(shape.verb, &command);
@@ -89,7 +102,7 @@ private:
         if (shape.takes == Takes::account)
             command.add_option("account", command_.subject, "The secret's account")->required()->type_name("ACCOUNT");
         if (shape.takes == Takes::memory)
-            command.add_option("id", command_.memoryId, "The memory")->required()->type_name("NUMBER");
+            command.add_option("id", memory_, "The memory")->required()->type_name("NUMBER");
         if (shape.input == Input::text) addInput(command, "Take the text from standard input")->required();
         if (shape.input == Input::document) addInput(command, "Take the JSON document from standard input")->required();
         addFlags(command, shape.verb);
@@ -113,6 +126,7 @@ private:
 
     std::vector<std::pair<RuntimeVerb, CLI::App*>> verbs_;
     RuntimeCommand command_;
+    std::string memory_;
     bool stopped_ = false;
 };
 

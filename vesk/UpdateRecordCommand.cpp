@@ -3,18 +3,19 @@
 #include "VeskPlatform/FileManager.hpp"
 #include "VeskShellCore/AppUpdateActivationRecordStore.hpp"
 #include "VeskShellCore/ApplicationSupport.hpp"
-#include "VeskSupport/FilePath.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 
 #include <cerrno>
 
 namespace vesk {
-namespace {
 
-std::string pathOf(const std::optional<std::string>& named, Platform& platform) {
+std::string updateRecordPath(const std::optional<std::string>& named, Platform& platform) {
     const auto path = named ? named : applicationSupportItem(platform.environment(), "updates/update-activation.json");
     if (!path) throw PosixError(ENOENT, "application support directory");
-    return path->starts_with('/') ? *path : absolutePath(*path, platform.fileManager().currentDirectoryPath());
+    return absolutePath(platform.fileManager(), *path);
 }
+
+namespace {
 
 JsonValue answer(const UpdateRecordCommand& command, AppUpdateActivationRecordStoring& store) {
     if (command.verb == UpdateRecordVerb::remove)
@@ -27,7 +28,7 @@ JsonValue answer(const UpdateRecordCommand& command, AppUpdateActivationRecordSt
 } // namespace
 
 std::string runUpdateRecord(const UpdateRecordCommand& command, Platform& platform) {
-    AppUpdateActivationRecordStore store(platform, pathOf(command.file, platform));
+    AppUpdateActivationRecordStore store(platform, updateRecordPath(command.file, platform));
     return writeJson(answer(command, store)) + "\n";
 }
 

@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
 #include "VeskPlatform/Linux/SystemClock.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
+#include "VeskShellCore/ShellDebugLogger.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "vesk/CommandLine.hpp"
 #include "vesk/ComposeCommand.hpp"
@@ -12,9 +13,12 @@
 #include "vesk/Doctor.hpp"
 #include "vesk/FilesCommand.hpp"
 #include "vesk/LivenessCommand.hpp"
+#include "vesk/ReleaseCommands.hpp"
 #include "vesk/RuntimeCommands.hpp"
+#include "vesk/SecretsCommand.hpp"
 #include "vesk/SignInCommand.hpp"
 #include "vesk/SignOutCommand.hpp"
+#include "vesk/UpdateCommands.hpp"
 #include "vesk/UpdateRecordCommand.hpp"
 #include "vesk/Version.hpp"
 
@@ -25,7 +29,7 @@
 namespace vesk {
 namespace {
 
-enum ExitStatus { succeeded = 0, failed = 1, misused = 2 };
+enum ExitStatus { succeeded = 0, failed = 1, misused = 2, unsettled = 3 };
 
 void print(const std::string& text) {
     errno = 0;
@@ -34,6 +38,15 @@ void print(const std::string& text) {
 }
 
 void complain(const std::string& description) { std::fprintf(stderr, "vesk: %s\n", onOneLine(description).c_str()); }
+
+/// Runs over the adapters. What a failure comes from, such as a key file that others may read, stands in the diagnostic
+/// log.
+template <class Run> auto overPlatform(const Run& run) {
+    LinuxPlatform platform({.describeCapability = {}, .log = {}});
+    platform.setLog(
+        [&platform](const std::string& message) { ShellDebugLogger::log(platform, [&] { return message; }); });
+    return run(platform);
+}
 
 /// Runs one command with the adapters it needs; each returns the exit status.
 class Companion {
@@ -68,14 +81,21 @@ public:
     int operator()(const RuntimeCommand& command) { return printed(runRuntime, command); }
     int operator()(const BrokerCommand& command) { return printed(runBroker, command); }
     int operator()(const LivenessCommand& command) { return printed(runLiveness, command); }
+    int operator()(const ChannelCommand& command) { return printed(runChannel, command); }
+    int operator()(const TelegramBootstrapCommand& command) { return printed(runTelegramBootstrap, command); }
     int operator()(const UpdateRecordCommand& command) { return printed(runUpdateRecord, command); }
+    int operator()(const SecretsCommand& command) { return printed(runSecrets, command); }
     int operator()(const SignInCommand& command) { return printed(runSignIn, command); }
     int operator()(const SignOutCommand& command) { return printed(runSignOut, command); }
+    int operator()(const UpdateCommand& command) {
+        const UpdateAnswer answer = overPlatform([&](Platform& platform) { return runUpdate(command, platform); });
+        print(answer.text);
+        return answer.isSettled ? succeeded : unsettled;
+    }
 
 private:
     template <class Command> static int printed(std::string (*run)(const Command&, Platform&), const Command& command) {
-        LinuxPlatform platform({.describeCapability = {}, .log = [](const std::string&) {}});
-        print(run(command, platform));
+        print(overPlatform([&](Platform& platform) { return run(command, platform); }));
         return succeeded;
     }
 

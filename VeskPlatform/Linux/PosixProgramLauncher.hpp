@@ -12,7 +12,8 @@ namespace vesk {
 /// nobody reads it before the program has ended: that is the most that any user may ask for
 /// (/proc/sys/fs/pipe-max-size, pipe(7)). It is given to the first sixteen that run at once and the others have the
 /// usual 64 KiB, because all pipes of a user share 64 MiB (pipe-user-pages-soft), beyond which every new one of theirs
-/// has a mere 8 KiB.
+/// has a mere 8 KiB. A running program takes five descriptors of this process, one more until its input is written,
+/// and two more while it starts.
 class PosixProgramLauncher : public ProgramLauncher {
 public:
     /// After `stallLimit` the guard ends a program that a full pipe holds up, and takes what came from a pipe that

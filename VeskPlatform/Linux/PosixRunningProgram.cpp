@@ -17,12 +17,20 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
+/// What a program left running may write for ever, and faster than it can be read. No program's own output is this
+/// long.
+constexpr std::size_t mostBytes = std::size_t{64} << 20;
+
+milliseconds timeUntil(steady_clock::time_point time) {
+    return std::chrono::ceil<milliseconds>(time - steady_clock::now());
+}
+
 /// Waits until one of them is ready, however often a signal interrupts it; false where none is in time.
 bool waitForAny(std::span<pollfd> ends, milliseconds limit) {
     const auto deadline = steady_clock::now() + limit;
     for (;;) {
-        const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
-        const int ready = ::poll(ends.data(), ends.size(), static_cast<int>(std::max(left, milliseconds(0)).count()));
+        const milliseconds left = std::max(timeUntil(deadline), milliseconds(0));
+        const int ready = ::poll(ends.data(), ends.size(), static_cast<int>(left.count()));
         if (ready > 0) return true;
         if (ready == 0) return false;
     }
@@ -88,6 +96,7 @@ std::int32_t PosixRunningProgram::waitUntilExit() {
     // Only what the program left running can keep the pipes from their ends now.
     streams_.output.writing.reset();
     streams_.errors.writing.reset();
+    readingEnds_ = steady_clock::now() + stallLimit_;
     return child_.takeStatus();
 }
 
@@ -95,7 +104,8 @@ std::string PosixRunningProgram::readToEnd(FileDescriptor stream) const {
     std::string bytes;
     std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
     std::array<pollfd, 1> end{{{stream.get(), POLLIN, 0}}};
-    while (waitForAny(end, stallLimit_)) {
+    // What is there is read in any case, since the program itself may have written it.
+    while (bytes.size() < mostBytes && waitForAny(end, timeUntil(readingEnds_))) {
         const ssize_t count = ::read(stream.get(), block.data(), block.size());
         if (count > 0)
             bytes.append(block.data(), static_cast<std::size_t>(count));

@@ -41,6 +41,8 @@ private:
     ProgramStreams streams_;
     std::string name_;
     std::chrono::milliseconds stallLimit_;
+    /// When what the program left running has had its time.
+    std::chrono::steady_clock::time_point readingEnds_{};
 };
 
 } // namespace vesk

@@ -3,6 +3,7 @@
 #include "tests/fakes/RunTask.hpp"
 
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace vesk {
 namespace {
@@ -75,6 +76,18 @@ TEST_F(Liveness, TheProcessTestCanBeReplacedAndIsOnlyAskedWhenItMatters) {
     platform.fakeFileReader.files["/health.json"] = health(lease(now + 1, "0"));
     EXPECT_EQ(test::runTask(probe.currentState()), VeskAssistantLiveness::unknown);
     EXPECT_EQ(asked, (std::vector<std::int64_t>{5}));
+}
+
+TEST_F(Liveness, ReadsOnAThreadOfItsOwnEvenOnceTheProbeIsGone) {
+    std::thread::id asking;
+    platform.fakeFileReader.files["/health.json"] = health(lease(now + 1));
+    auto asked = VeskAssistantLivenessProbe(platform, "/health.json", [&asking](std::int64_t) {
+                     asking = std::this_thread::get_id();
+                     return true;
+                 }).currentState();
+    EXPECT_EQ(test::runTask(std::move(asked)), VeskAssistantLiveness::running);
+    EXPECT_NE(asking, std::this_thread::get_id());
+    EXPECT_NE(asking, std::thread::id());
 }
 
 TEST_F(Liveness, TheFileLiesInTheHomeWhateverTheSupportFolder) {

@@ -83,6 +83,26 @@ TEST_F(BrokerLocator, ARelativePathStartsAtTheWorkingDirectory) {
     EXPECT_EQ(resolve(), "/home/dana/work/bin/broker");
 }
 
+/// The working directory was removed.
+class GoneFolder : public test::FakeFileManager {
+public:
+    std::string currentDirectoryPath() override { throw PosixError(ENOENT, "."); }
+};
+
+class NowherePlatform : public test::FakePlatform {
+public:
+    FileManager& fileManager() override { return files; }
+
+    GoneFolder files;
+};
+
+TEST_F(BrokerLocator, AnAbsolutePathNeedsNoWorkingDirectory) {
+    NowherePlatform nowhere;
+    nowhere.fakeEnvironment.variables["VESK_CAPABILITY_BROKER"] = "/x/broker";
+    nowhere.files.executable = {"/x/broker"};
+    EXPECT_EQ(VeskCapabilityBrokerLocator::resolve(nowhere), "/x/broker");
+}
+
 TEST_F(BrokerLocator, TheSiblingThatIsTheHelperIsNamedOnce) { EXPECT_EQ(failure(), notFound + helper); }
 
 TEST_F(BrokerLocator, NamesAllCandidatesInTheOrderOfTheSearch) {

@@ -174,5 +174,30 @@ TEST_F(RuntimeLocator, BothProgramsMustRun) {
     EXPECT_EQ(failureOf(look), "daemon_binary is not executable at /r/bin/vesk-daemon");
 }
 
+/// The working directory was removed.
+class GoneFolder : public test::FakeFileManager {
+public:
+    std::string currentDirectoryPath() override { throw PosixError(ENOENT, "."); }
+};
+
+class NowherePlatform : public test::FakePlatform {
+public:
+    FileManager& fileManager() override { return files; }
+
+    GoneFolder files;
+};
+
+TEST_F(RuntimeLocator, AnAbsolutePathNeedsNoWorkingDirectory) {
+    NowherePlatform nowhere;
+    nowhere.fakeEnvironment.variables["VESK_RUNTIME_MANIFEST"] = "/r/manifest.json";
+    nowhere.bundle = {.path = "/usr/bin", .executablePath = "/usr/bin/broker", .resourcesPath = std::nullopt};
+    nowhere.fakeFileReader.files["/r/manifest.json"] = manifest();
+    nowhere.files.existing = {"/r/manifest.json"};
+    nowhere.files.executable = {"/r/bin/vesk-daemon", "/r/bin/vesk-agent"};
+    EXPECT_EQ(VeskRuntimeLocator::resolve(nowhere, "/").manifestPath, "/r/manifest.json");
+    nowhere.fakeEnvironment.variables["VESK_RUNTIME_MANIFEST"] = "r/manifest.json";
+    EXPECT_THROW(VeskRuntimeLocator::resolve(nowhere, "/"), PosixError);
+}
+
 } // namespace
 } // namespace vesk

@@ -111,8 +111,8 @@ std::vector<Operation> operations() {
     using Client = VeskShellClient;
     const JsonValue status = toJson(sampleStatus()), doctor = toJson(sampleDoctor()), detail = toJson(sampleDetail()),
                     service = serviceAnswer(), connector = connectorAnswer(), memory = toJson(sampleMemory());
-    const JsonValue catalog = toJson(PackagedConnectorCatalogReport{.runtimeMode = "packaged"});
-    const JsonValue report = toJson(PackagedMemoriesReport{.runtimeMode = "packaged"});
+    const JsonValue catalog = toJson(PackagedConnectorCatalogReport{.runtimeMode = "packaged", .connectors = {}});
+    const JsonValue report = toJson(PackagedMemoriesReport{.runtimeMode = "packaged", .memories = {}});
     const JsonValue token = toJson(TelegramBotTokenValidationResult{.ok = true});
     const JsonValue binding = toJson(PackagedTelegramBindingStatus{.runtimeMode = "packaged", .ownerBound = true});
     const JsonValue settings = toJson(PackagedSettings{.schemaVersion = 3});

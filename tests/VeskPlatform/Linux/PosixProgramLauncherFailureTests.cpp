@@ -1,11 +1,11 @@
 #include "tests/VeskPlatform/Linux/LauncherRuns.hpp"
 
+#include "tests/support/DescriptorLimit.hpp"
 #include "tests/support/Privileges.hpp"
 
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -76,22 +76,6 @@ TEST_F(PosixProgramLauncherFailureTests, AFolderThatMayOnlyBeEnteredIsEnough) {
     launch.workingDirectory = unlisted;
     EXPECT_EQ(run(launch).output, unlisted + "\n");
 }
-
-/// The most descriptors that this process may have, put back at the end.
-class DescriptorLimit {
-public:
-    DescriptorLimit() { ::getrlimit(RLIMIT_NOFILE, &before_); }
-    ~DescriptorLimit() { ::setrlimit(RLIMIT_NOFILE, &before_); }
-    DescriptorLimit(const DescriptorLimit&) = delete;
-    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
-    void set(rlim_t most) const {
-        const rlimit limit{most, before_.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &limit);
-    }
-
-private:
-    rlimit before_{};
-};
 
 TEST_F(PosixProgramLauncherFailureTests, AWantOfDescriptorsAnywhereStartsNothingAndLeavesNothing) {
     const int firstFree = ::open("/dev/null", O_RDONLY);

@@ -107,6 +107,26 @@ TEST_F(PosixProgramLauncherGuardTests, WhatItLeftRunningDoesNotHoldTheOutputUp) 
     EXPECT_EQ(::kill(left, SIGKILL), 0) << "it still runs";
 }
 
+TEST_F(PosixProgramLauncherGuardTests, WhatItLeftRunningHoldsBothStreamsUpForOneGuardsTime) {
+    shortenGuard(std::chrono::milliseconds(500));
+    const auto program = launcher.launch(shell("sleep 100 & echo $!"));
+    EXPECT_EQ(program->waitUntilExit(), 0);
+    const std::string output = program->readOutputToEnd();
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_EQ(program->readErrorsToEnd(), "");
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(300));
+    ::kill(std::stoi(output), SIGKILL);
+}
+
+TEST_F(PosixProgramLauncherGuardTests, WhatItLeftWritingIsNotReadForEver) {
+    shortenGuard();
+    const auto slow = run(shell("(while :; do echo; sleep 0.01; done) & echo heard"));
+    EXPECT_THAT(slow.output, ::testing::StartsWith("heard\n"));
+    const auto fast = run(shell("echo heard; yes & exit 0"));
+    EXPECT_THAT(fast.output, ::testing::StartsWith("heard\n"));
+    EXPECT_LE(fast.output.size(), (std::size_t{64} << 20) + 65536);
+}
+
 TEST_F(PosixProgramLauncherGuardTests, WhatItLeftRunningIsReadToItsEnd) {
     const std::string path = folder / "begin";
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);

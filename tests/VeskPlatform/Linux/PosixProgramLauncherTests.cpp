@@ -2,6 +2,7 @@
 
 #include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "tests/support/ChildSignals.hpp"
+#include "tests/support/DescriptorLimit.hpp"
 
 #include <cstdlib>
 #include <fcntl.h>
@@ -138,6 +139,8 @@ TEST_F(PosixProgramLauncherTests, AProgramOutlivesItsLauncher) {
 }
 
 TEST_F(PosixProgramLauncherTests, FiveHundredThreadsRunOneEach) {
+    const DescriptorLimit limit;
+    limit.raise(10'000);
     std::vector<std::string> outputs(500);
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < outputs.size(); ++i)
