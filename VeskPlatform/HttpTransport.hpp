@@ -12,6 +12,7 @@ struct HttpRequest {
     std::string url;
     std::string method = "GET";
     std::map<std::string, std::string> headers{};
+    /// Not sent with GET and HEAD.
     std::string body{};
     /// From the start to the last byte of the answer, redirections included; none at all is a time-out.
     std::chrono::milliseconds timeout{60'000};

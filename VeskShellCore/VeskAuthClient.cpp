@@ -26,7 +26,7 @@ namespace {
 /// A variable of blanks is a mistake to be told and not passed over.
 std::string configuredBaseURL(Environment& environment, const std::string& defaultBaseURL) {
     const auto named = environment.value("VESK_AUTH_BASE_URL");
-    const std::string candidate = named ? std::string(trimmed(*named)) : defaultBaseURL;
+    std::string candidate = named ? std::string(trimmed(*named)) : defaultBaseURL;
     if (!isURLWithScheme(candidate)) throw VeskAuthError::invalidBaseURL(candidate);
     return candidate;
 }

@@ -38,8 +38,9 @@ HttpServer::HttpServer() {
     if (process_ == 0) {
         ::dup2(input.ends[0], STDIN_FILENO);
         ::dup2(output.ends[1], STDOUT_FILENO);
+        constexpr const char* python = "/usr/bin/python3"; // by its path: it looks for its modules from there
         const std::string script = VESK_SOURCE_DIR "/tests/support/http_server.py";
-        ::execl("/usr/bin/python3", "python3", script.c_str(), folder_.path().c_str(), nullptr);
+        ::execl(python, python, "-E", script.c_str(), folder_.path().c_str(), nullptr);
         ::_exit(127);
     }
     ::close(input.ends[0]);

@@ -35,7 +35,6 @@ void redirect(HttpRequest& request, const HttpUrl& from, const CurlExchange::Ans
     request.url = *answer.redirection;
     if (keepsMethod(*answer.response.status, request.method)) return;
     request.method = "GET";
-    request.body.clear();
     std::erase_if(request.headers, [](const auto& header) { return isHeaderOfBody(header.first); });
 }
 
