@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <unicode/regex.h>
+#include <utility>
 
 namespace vesk {
 namespace {
@@ -25,44 +26,59 @@ std::uint32_t flagsOf(LetterCase letterCase) {
     return letterCase == LetterCase::ignored ? std::uint32_t{UREGEX_CASE_INSENSITIVE} : 0U;
 }
 
+std::string toUtf8(const icu::UnicodeString& text) {
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+/// One expression over one text.
+class Search {
+public:
+    Search(std::string_view text, std::string pattern, LetterCase letterCase)
+        : pattern_(std::move(pattern)), text_(toUnicode(text)),
+          matcher_(toUnicode(pattern_), text_, flagsOf(letterCase), status_) {
+        require(status_, pattern_);
+    }
+
+    bool find() {
+        const bool found = matcher_.find(status_) != 0;
+        require(status_, pattern_);
+        return found;
+    }
+    std::string group(std::int32_t number) {
+        const icu::UnicodeString captured = matcher_.group(number, status_);
+        require(status_, pattern_);
+        return toUtf8(captured);
+    }
+    std::string replaceAll(const std::string& replacement) {
+        const icu::UnicodeString replaced = matcher_.replaceAll(toUnicode(replacement), status_);
+        require(status_, pattern_);
+        return toUtf8(replaced);
+    }
+
+private:
+    UErrorCode status_ = U_ZERO_ERROR;
+    std::string pattern_;
+    icu::UnicodeString text_; // the matcher keeps a reference to it
+    icu::RegexMatcher matcher_;
+};
+
 } // namespace
 
 bool containsMatch(std::string_view text, const std::string& pattern, LetterCase letterCase) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString input = toUnicode(text);
-    icu::RegexMatcher matcher(toUnicode(pattern), input, flagsOf(letterCase), status);
-    require(status, pattern);
-    const bool found = matcher.find(status) != 0;
-    require(status, pattern);
-    return found;
+    return Search(text, pattern, letterCase).find();
 }
 
 std::optional<std::string> firstCapture(std::string_view text, const std::string& pattern, LetterCase letterCase) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString input = toUnicode(text);
-    icu::RegexMatcher matcher(toUnicode(pattern), input, flagsOf(letterCase), status);
-    require(status, pattern);
-    const bool found = matcher.find(status) != 0;
-    require(status, pattern);
-    if (!found) return std::nullopt;
-    const icu::UnicodeString captured = matcher.group(1, status);
-    require(status, pattern);
-    std::string result;
-    captured.toUTF8String(result);
-    return result;
+    Search search(text, pattern, letterCase);
+    if (!search.find()) return std::nullopt;
+    return search.group(1);
 }
 
 std::string replacingMatches(std::string_view text, const std::string& pattern, LetterCase letterCase,
                              const std::string& replacement) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString input = toUnicode(text);
-    icu::RegexMatcher matcher(toUnicode(pattern), input, flagsOf(letterCase), status);
-    require(status, pattern);
-    const icu::UnicodeString replaced = matcher.replaceAll(toUnicode(replacement), status);
-    require(status, pattern);
-    std::string result;
-    replaced.toUTF8String(result);
-    return result;
+    return Search(text, pattern, letterCase).replaceAll(replacement);
 }
 
 } // namespace vesk

@@ -1,19 +1,12 @@
 #include "vesk/Table.hpp"
 
-#include "VeskSupport/Text.hpp"
+#include "vesk/PrintableText.hpp"
 
 #include <algorithm>
 
 namespace vesk {
 
 namespace {
-
-std::string printable(const std::string& cell) {
-    std::string result = repairedUtf8(cell);
-    for (char& c : result)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = ' ';
-    return result;
-}
 
 std::size_t width(const std::string& cell) {
     const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };

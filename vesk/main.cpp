@@ -13,6 +13,7 @@
 #include "vesk/Doctor.hpp"
 #include "vesk/FilesCommand.hpp"
 #include "vesk/LivenessCommand.hpp"
+#include "vesk/PrintableText.hpp"
 #include "vesk/ReleaseCommands.hpp"
 #include "vesk/RuntimeCommands.hpp"
 #include "vesk/SecretsCommand.hpp"
@@ -37,7 +38,9 @@ void print(const std::string& text) {
         throw PosixError(errno, "standard output");
 }
 
-void complain(const std::string& description) { std::fprintf(stderr, "vesk: %s\n", onOneLine(description).c_str()); }
+void complain(const std::string& description) {
+    std::fprintf(stderr, "vesk: %s\n", printable(onOneLine(description)).c_str());
+}
 
 /// Runs over the adapters. What a failure comes from, such as a key file that others may read, stands in the diagnostic
 /// log.

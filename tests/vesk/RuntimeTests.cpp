@@ -221,6 +221,14 @@ TEST_F(BrokerTests, RequestsACapability) {
     EXPECT_EQ(textAt(json({"broker", "request", "calendar"}), "requested"), "calendar");
 }
 
+TEST_F(BrokerTests, WhatAFailedProgramSaysCannotMoveTheCursor) {
+    const std::filesystem::path script = program.folder() / "broker";
+    std::ofstream(script) << "#!/bin/sh\nprintf 'red \\033[31mtext\\177' >&2\nexit 1\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    program.environment["VESK_CAPABILITY_BROKER"] = script.string();
+    expectFailure({"broker", "status"}, "red  [31mtext ");
+}
+
 TEST_F(BrokerTests, AnotherBrokerMayBeNamed) {
     program.environment["VESK_CAPABILITY_BROKER"] = "/bin/false";
     expectFailure({"broker", "status"}, "A packaged runtime command failed.");
