@@ -5,6 +5,7 @@
 #include "VeskSupport/Json.hpp"
 #include "VeskSupport/Uuid.hpp"
 
+#include <cmath>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -211,8 +212,9 @@ template <std::integral T>
 void read(JsonValue& json, const Path& path, T& out) {
     std::int64_t whole = 0;
     if (const auto* real = std::get_if<double>(&json.value)) {
-        // 2^63 is the first double beyond the range; a fraction is refused, 3.0 is not.
-        if (!(*real >= -9223372036854775808.0 && *real < 9223372036854775808.0)) failMistyped(path, "a whole number");
+        // From 2^53 on a double may stand for another whole number than was written, or for one that has a fraction. A
+        // fraction is refused, 3.0 is not.
+        if (!(std::abs(*real) < 9007199254740992.0)) failMistyped(path, "a whole number");
         whole = static_cast<std::int64_t>(*real);
         if (static_cast<double>(whole) != *real) failMistyped(path, "a whole number");
     } else {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace vesk {
 
@@ -141,6 +142,22 @@ TEST(Records, HoldMapsOfRecords) {
     } catch (const DecodingError& error) {
         EXPECT_EQ(error.description(), "The data cannot be read: places.home.count is not a whole number.");
     }
+}
+
+TEST(Records, AWholeNumberIsNeverReadAsItsNeighbour) {
+    const auto read = [](const std::string& number) {
+        JsonValue json = parseJson(number);
+        std::int64_t whole = 0;
+        records::read(json, records::Path(), whole);
+        return whole;
+    };
+    EXPECT_EQ(read("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(read("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(read("9007199254740991.0"), 9007199254740991);
+    EXPECT_EQ(read("-1e15"), -1000000000000000);
+    for (const char* number : {"-9223372036854775809", "9223372036854775808", "9007199254740993.0",
+                               "-4611686018427387904.5", "1e400000", "1e300"})
+        EXPECT_THROW(read(number), DecodingError) << number;
 }
 
 TEST(Records, DatesAndIdentifiersAreStrings) {
