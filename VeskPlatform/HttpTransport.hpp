@@ -35,8 +35,8 @@ public:
     /// file, -1103 too large an answer, -1200 no secure connection, -1202 a certificate that is not trusted; -1 for all
     /// else. No text holds anything of the request but its host.
     virtual HttpResponse send(const HttpRequest& request) = 0;
-    /// The standard words for a status (RFC 9110, section 15): "Internal Server Error" for 500. One without has those of
-    /// its class, and none is empty.
+    /// The standard words for a status (RFC 9110, section 15): "Internal Server Error" for 500. One without has those
+    /// of its class, and none is empty.
     virtual std::string standardText(int status) = 0;
 };
 
