@@ -18,6 +18,7 @@ import contacts
 import desktop
 import desktop_focus
 import files
+import keyring
 import mail
 import micro
 import pdf
@@ -30,7 +31,7 @@ import todos
 # Each has SIZES, of the stores that it measures with, and measure(bench, sizes).
 SUBJECTS = {"start": start, "calendars": calendars, "todos": todos, "contacts": contacts, "mail": mail,
             "desktop": desktop, "desktop_focus": desktop_focus, "pdf": pdf, "reel": reel, "files": files,
-            "runtime": runtime}
+            "runtime": runtime, "secrets": keyring}
 
 
 def parsed_arguments():

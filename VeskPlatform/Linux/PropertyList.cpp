@@ -1,5 +1,6 @@
 #include "VeskPlatform/Linux/PropertyList.hpp"
 
+#include "VeskPlatform/Linux/BinaryListSize.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -167,6 +168,7 @@ OwnedPlist node(const PropertyListValue& value) { return OwnedPlist(std::visit(N
 
 std::optional<PropertyListValue> readPropertyList(std::string_view bytes) {
     if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+    if (bytes.starts_with("bplist") && !binaryListStaysSmall(bytes)) return std::nullopt;
     OwnedPlist root = parsed(bytes);
     if (root != nullptr && bytes.starts_with("bplist")) root = withHarmlessKeys(std::move(root));
     if (root == nullptr) return std::nullopt;

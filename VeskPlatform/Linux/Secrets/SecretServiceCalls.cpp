@@ -7,6 +7,7 @@ namespace {
 
 constexpr const char* busName = "org.freedesktop.secrets";
 constexpr const char* servicePath = "/org/freedesktop/secrets";
+constexpr const char* defaultAlias = "/org/freedesktop/secrets/aliases/default";
 constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
 constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
 constexpr const char* itemInterface = "org.freedesktop.Secret.Item";
@@ -155,9 +156,20 @@ void SecretServiceCalls::setSecret(const std::string& item, std::string_view byt
 }
 
 void SecretServiceCalls::create(const ItemAttributes& attributes, std::string_view bytes) {
+    try {
+        createIn(defaultAlias, attributes, bytes);
+        return;
+    } catch (const KeychainFailure& failure) {
+        if (failure.status != KeychainStatus::locked && failure.status != KeychainStatus::itemNotFound) throw;
+    }
     std::string collection = defaultCollection();
     if (collection.empty()) collection = makeDefaultCollection();
     if (isLocked(collection)) unlock({collection});
+    createIn(collection, attributes, bytes);
+}
+
+void SecretServiceCalls::createIn(const std::string& collection, const ItemAttributes& attributes,
+                                  std::string_view bytes) {
     // Of two processes that add the same at once, the second replaces: the service would keep both otherwise.
     const auto reply =
         call(collection, collectionInterface, "CreateItem",

@@ -56,6 +56,7 @@ private:
     /// service to service, so that `isGranted` looks at the result.
     void answerPrompt(const std::string& prompt, bool (*isGranted)(GVariant* result));
     void dismiss(const std::string& prompt);
+    void createIn(const std::string& collection, const ItemAttributes& attributes, std::string_view bytes);
     std::string makeDefaultCollection();
     GCancellable* limit() const { return limit_->cancellable(); }
 

@@ -82,16 +82,28 @@ std::int32_t removeMatching(SecretServiceCalls& calls, const ItemAttributes& att
 
 } // namespace
 
+/// The connection that GLib shares for as long as somebody has it.
+class SessionBusHold {
+public:
+    explicit SessionBusHold(GobjectOwned<GDBusConnection> bus) : bus_(std::move(bus)) {}
+    GDBusConnection* get() const { return bus_.get(); }
+
+private:
+    GobjectOwned<GDBusConnection> bus_;
+};
+
 SecretServiceKeychain::SecretServiceKeychain(SecretServiceOptions options) : options_(std::move(options)) {}
 SecretServiceKeychain::~SecretServiceKeychain() = default;
 
 SecretServicePresence SecretServiceKeychain::presence() {
+    const std::lock_guard guard(lock_);
     const TimeLimit limit(options_.patience);
     const auto isLate = [&] { return g_cancellable_is_cancelled(limit.cancellable()) != FALSE; };
-    const auto bus = sessionBus(limit.cancellable());
+    auto bus = sessionBus(limit.cancellable());
     if (!bus) return isLate() ? SecretServicePresence::unknown : SecretServicePresence::absent;
     try {
         const bool isThere = isOwned(bus.get(), limit.cancellable()) || isActivatable(bus.get(), limit.cancellable());
+        if (isThere) bus_ = std::make_unique<SessionBusHold>(std::move(bus));
         return isThere ? SecretServicePresence::present : SecretServicePresence::absent;
     } catch (const KeychainFailure& failure) {
         if (options_.log) options_.log(std::string("secrets: ") + failure.what());
@@ -174,7 +186,10 @@ template <class Body> std::int32_t SecretServiceKeychain::run(const Body& body) 
             calls_ = std::make_unique<SecretServiceCalls>(options_);
         return body(*calls_);
     } catch (const KeychainFailure& failure) {
-        if (failure.status == KeychainStatus::unavailable) calls_.reset(); // the next call reaches for it anew
+        if (failure.status == KeychainStatus::unavailable) { // the next call reaches for it anew
+            calls_.reset();
+            bus_.reset();
+        }
         if (options_.log) options_.log(std::string("secrets: ") + failure.what());
         return failure.status;
     }

@@ -8,6 +8,7 @@
 namespace vesk {
 
 class SecretServiceCalls;
+class SessionBusHold;
 
 /// Through libsecret. Items that hold more attributes than ours are found too, and items of one account are removed
 /// together, as programs such as secret-tool do it.
@@ -30,6 +31,8 @@ private:
 
     SecretServiceOptions options_;
     std::mutex lock_;
+    /// Kept, since a second connection would cost a millisecond.
+    std::unique_ptr<SessionBusHold> bus_;
     std::unique_ptr<SecretServiceCalls> calls_;
 };
 
