@@ -2,6 +2,8 @@
 #include "tests/support/PrivateKeyring.hpp"
 #include "tests/vesk/CompanionTest.hpp"
 
+#include <chrono>
+#include <csignal>
 #include <fstream>
 #include <set>
 #include <sys/stat.h>
@@ -217,6 +219,16 @@ TEST_F(KeyringProgram, ALockedKeyringIsToldAndPresenceStillAnswers) {
     EXPECT_THAT(textAt(secrets, "service"), HasSubstr("(locked)"));
     EXPECT_EQ(textAt(listAt(secrets, "findings").at(0), "problem"),
               "The secrets are locked and nobody can be asked to unlock them.");
+}
+
+TEST_F(KeyringProgram, ASilentKeyringIsGivenUpWithOneLine) {
+    EXPECT_EQ(set("ZAI_API_KEY", "secret").status, 0);
+    ::kill(keyring.process(), SIGSTOP);
+    const auto started = std::chrono::steady_clock::now();
+    expectFailure({"secrets", "read", "ZAI_API_KEY"},
+                  "Unable to read Keychain item for ZAI_API_KEY. (OSStatus -25291)");
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(15));
+    EXPECT_THAT(log(), HasSubstr("Reaching the Secret Service failed"));
 }
 
 TEST_F(KeyringProgram, AKeyringThatWasKilledLeavesTheFileForNewSecrets) {

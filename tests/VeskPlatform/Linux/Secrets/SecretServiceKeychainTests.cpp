@@ -104,6 +104,9 @@ TEST_F(KeyringTests, AServiceThatWasKilledIsUnavailableAndItsSuccessorServes) {
     EXPECT_EQ(keychain.copy("Vesk", "A").status, KeychainStatus::unavailable);
     EXPECT_EQ(keychain.update("Vesk", "A", "y"), KeychainStatus::unavailable);
     EXPECT_EQ(keychain.presence(), SecretServicePresence::absent);
+    keyring.start();
+    EXPECT_EQ(keychain.copy("Vesk", "A").bytes, "x");
+    EXPECT_EQ(keychain.update("Vesk", "A", "y"), KeychainStatus::success);
 }
 
 TEST_F(KeyringTests, AServiceThatIsKilledInTheMiddleOfACallIsUnavailable) {
