@@ -115,14 +115,9 @@ SecretServiceCalls::SecretServiceCalls(const SecretServiceOptions& options) : op
     GlibError error;
     service_.reset(secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_NONE, limit(), &error));
     if (!service_) throwKeychainFailure(error.get(), "Reaching the Secret Service");
-    g_dbus_connection_set_exit_on_close(connection(), FALSE); // GLib would end the program when the bus goes
 }
 
 void SecretServiceCalls::startClock() { limit_ = std::make_unique<TimeLimit>(options_.patience); }
-
-GDBusConnection* SecretServiceCalls::connection() const {
-    return g_dbus_proxy_get_connection(G_DBUS_PROXY(service_.get()));
-}
 
 FoundItems SecretServiceCalls::search(const ItemAttributes& attributes) {
     const auto table = tableOf(attributes);
@@ -217,9 +212,9 @@ std::string SecretServiceCalls::makeDefaultCollection() {
 GlibOwned<GVariant> SecretServiceCalls::call(const std::string& path, const char* interface, const char* method,
                                              GVariant* arguments, const char* replyType) {
     GlibError error;
-    GVariant* reply =
-        g_dbus_connection_call_sync(connection(), busName, path.c_str(), interface, method, arguments,
-                                    G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, -1, limit(), &error);
+    GVariant* reply = g_dbus_connection_call_sync(g_dbus_proxy_get_connection(G_DBUS_PROXY(service_.get())), busName,
+                                                  path.c_str(), interface, method, arguments, G_VARIANT_TYPE(replyType),
+                                                  G_DBUS_CALL_FLAGS_NONE, -1, limit(), &error);
     if (reply == nullptr) throwKeychainFailure(error.get(), std::string("The call ") + method);
     return GlibOwned<GVariant>(reply);
 }

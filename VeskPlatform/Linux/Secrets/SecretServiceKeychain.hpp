@@ -2,13 +2,14 @@
 
 #include "VeskPlatform/Linux/Secrets/SecretService.hpp"
 
+#include <gio/gio.h>
 #include <memory>
 #include <mutex>
 
 namespace vesk {
 
 class SecretServiceCalls;
-class SessionBusHold;
+class SecretServiceLink;
 
 /// Through libsecret. Items that hold more attributes than ours are found too, and items of one account are removed
 /// together, as programs such as secret-tool do it.
@@ -28,12 +29,13 @@ public:
 
 private:
     template <class Body> std::int32_t run(const Body& body);
+    /// Throws KeychainFailure where the bus cannot be reached.
+    SecretServiceLink& link(GCancellable* limit);
+    SecretServiceCalls& calls();
 
     SecretServiceOptions options_;
     std::mutex lock_;
-    /// Kept, since a second connection would cost a millisecond.
-    std::unique_ptr<SessionBusHold> bus_;
-    std::unique_ptr<SecretServiceCalls> calls_;
+    std::unique_ptr<SecretServiceLink> link_;
 };
 
 } // namespace vesk

@@ -7,7 +7,6 @@
 #include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 namespace vesk::test {
 namespace {
@@ -125,34 +124,6 @@ TEST_F(KeyringTests, AServiceThatStopsAnsweringIsGivenUpAtItsLimit) {
     EXPECT_EQ(hasty.copy("Vesk", "A").status, KeychainStatus::unavailable);
     EXPECT_EQ(hasty.update("Vesk", "A", "y"), KeychainStatus::unavailable);
     ::kill(keyring.process(), SIGCONT);
-}
-
-TEST_F(KeyringTests, TwoProcessesWriteOneAccountAndOneItemIsLeft) {
-    const auto write = [&](int process) {
-        SecretServiceKeychain own(options);
-        int failures = 0;
-        for (int i = 0; i < 10; ++i) {
-            const std::string text = std::to_string(process) + "-" + std::to_string(i);
-            auto status = own.update("Vesk", "SHARED", text);
-            if (status == KeychainStatus::itemNotFound) status = own.add("Vesk", "SHARED", text);
-            if (status != KeychainStatus::success && status != KeychainStatus::duplicateItem) ++failures;
-        }
-        return failures;
-    };
-    std::vector<pid_t> children;
-    for (int process = 0; process < 2; ++process) {
-        const pid_t child = ::fork();
-        if (child == 0) ::_exit(write(process));
-        children.push_back(child);
-    }
-    for (const pid_t child : children) {
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-    }
-    EXPECT_THAT(keychain.copy("Vesk", "SHARED").bytes.value_or(""), ::testing::EndsWith("-9"));
-    const std::string found = secretTool({"search", "--all", "service", "Vesk"}).output;
-    EXPECT_EQ(found.find("secret = "), found.rfind("secret = ")) << found;
 }
 
 TEST_F(KeyringTests, NamesThatNoStoreTakesAreRefused) {
