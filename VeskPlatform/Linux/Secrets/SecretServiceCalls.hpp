@@ -33,6 +33,8 @@ public:
 
     /// From now on the calls have the whole of their time.
     void startClock();
+    /// Whether somebody has the service's name on the bus.
+    bool isServed() const;
     FoundItems search(const ItemAttributes& attributes);
     /// Asks the user where that takes a question.
     void unlock(const std::vector<std::string>& paths);

@@ -91,7 +91,7 @@ public:
     ~SecretServiceLink() {
         calls_.reset();
         bus_.reset();
-        while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+        for (int left = 100; left > 0 && g_main_context_iteration(nullptr, FALSE) != FALSE; --left) {
         }
     }
     SecretServiceLink(const SecretServiceLink&) = delete;
@@ -128,8 +128,20 @@ SecretServicePresence SecretServiceKeychain::presence() {
         if (options_.log) options_.log(std::string("secrets: ") + failure.what());
         return SecretServicePresence::unknown;
     }
-    link_ = std::make_unique<SecretServiceLink>(std::move(bus)); // a second connection would cost a millisecond
     return SecretServicePresence::present;
+}
+
+SecretServicePresence SecretServiceKeychain::reach() {
+    const auto end = std::chrono::steady_clock::now() + options_.patience;
+    {
+        const std::lock_guard guard(lock_);
+        try {
+            if (link().calls(options_).isServed()) return SecretServicePresence::present;
+        } catch (const KeychainFailure&) { // no bus, or nobody who could be started on it: told apart below
+        }
+        link_.reset();
+    }
+    return std::chrono::steady_clock::now() < end ? presence() : SecretServicePresence::unknown;
 }
 
 SecretServiceState SecretServiceKeychain::state() {
@@ -137,7 +149,7 @@ SecretServiceState SecretServiceKeychain::state() {
     SecretServiceState state;
     try {
         const TimeLimit limit(options_.patience);
-        SecretServiceLink& used = link(limit.cancellable());
+        SecretServiceLink& used = link();
         if (!isOwned(used.bus(), limit.cancellable())) return state; // asking would start it
         state.program = programBehind(used.bus(), limit.cancellable());
         SecretServiceCalls& calls = used.calls(options_);
@@ -200,24 +212,20 @@ std::int32_t SecretServiceKeychain::removeAll(const std::string& service) {
     return run([&](SecretServiceCalls& calls) { return removeMatching(calls, {service, std::nullopt}); });
 }
 
-SecretServiceLink& SecretServiceKeychain::link(GCancellable* limit) {
+SecretServiceLink& SecretServiceKeychain::link() {
     if (!link_) {
-        auto bus = sessionBus(limit);
+        const TimeLimit limit(options_.patience);
+        auto bus = sessionBus(limit.cancellable());
         if (!bus) throw KeychainFailure(KeychainStatus::unavailable, "The session bus cannot be reached.");
         link_ = std::make_unique<SecretServiceLink>(std::move(bus));
     }
     return *link_;
 }
 
-SecretServiceCalls& SecretServiceKeychain::calls() {
-    const TimeLimit limit(options_.patience);
-    return link(limit.cancellable()).calls(options_);
-}
-
 template <class Body> std::int32_t SecretServiceKeychain::run(const Body& body) {
     const std::lock_guard guard(lock_);
     try {
-        return body(calls());
+        return body(link().calls(options_));
     } catch (const KeychainFailure& failure) {
         if (failure.status == KeychainStatus::unavailable) link_.reset(); // the next call reaches for it anew
         if (options_.log) options_.log(std::string("secrets: ") + failure.what());

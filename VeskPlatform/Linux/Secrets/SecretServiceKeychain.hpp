@@ -2,13 +2,11 @@
 
 #include "VeskPlatform/Linux/Secrets/SecretService.hpp"
 
-#include <gio/gio.h>
 #include <memory>
 #include <mutex>
 
 namespace vesk {
 
-class SecretServiceCalls;
 class SecretServiceLink;
 
 /// Through libsecret. Items that hold more attributes than ours are found too, and items of one account are removed
@@ -19,6 +17,7 @@ public:
     ~SecretServiceKeychain() override;
 
     SecretServicePresence presence() override;
+    SecretServicePresence reach() override;
     SecretServiceState state() override;
     std::int32_t update(const std::string& service, const std::string& account, std::string_view bytes) override;
     std::int32_t add(const std::string& service, const std::string& account, std::string_view bytes) override;
@@ -30,8 +29,7 @@ public:
 private:
     template <class Body> std::int32_t run(const Body& body);
     /// Throws KeychainFailure where the bus cannot be reached.
-    SecretServiceLink& link(GCancellable* limit);
-    SecretServiceCalls& calls();
+    SecretServiceLink& link();
 
     SecretServiceOptions options_;
     std::mutex lock_;

@@ -95,6 +95,7 @@ TEST_F(KeyringTests, TheStateNamesTheProgramAndTheLock) {
     EXPECT_EQ(state.isLocked, false);
     EXPECT_EQ(state.trouble, "");
     EXPECT_EQ(keychain.presence(), SecretServicePresence::present);
+    EXPECT_EQ(keychain.reach(), SecretServicePresence::present);
 }
 
 TEST_F(KeyringTests, AServiceThatWasKilledIsUnavailableAndItsSuccessorServes) {
@@ -230,6 +231,7 @@ TEST_F(FakeServiceTests, NobodyIsAskedWhereNothingCanShowAQuestion) {
 TEST_F(FakeServiceTests, ABusWithoutTheServiceHasNone) {
     SecretServiceKeychain keychain(options);
     EXPECT_EQ(keychain.presence(), SecretServicePresence::absent);
+    EXPECT_EQ(keychain.reach(), SecretServicePresence::absent);
     EXPECT_EQ(keychain.state().program, "");
 }
 
@@ -239,6 +241,7 @@ TEST_F(FakeServiceTests, AServiceThatWouldBeStartedIsThereAndIsNotStarted) {
     EXPECT_EQ(keychain.presence(), SecretServicePresence::present);
     EXPECT_EQ(keychain.state().program, "");
     EXPECT_EQ(keychain.state().trouble, "");
+    EXPECT_EQ(keychain.reach(), SecretServicePresence::present);
     EXPECT_EQ(keychain.copy("Vesk", "A").status, KeychainStatus::unavailable);
 }
 
@@ -246,6 +249,7 @@ TEST_F(SecretServiceTest, NoBusHasNoService) {
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
     SecretServiceKeychain keychain(options);
     EXPECT_EQ(keychain.presence(), SecretServicePresence::absent);
+    EXPECT_EQ(keychain.reach(), SecretServicePresence::absent);
     EXPECT_EQ(keychain.copy("Vesk", "A").status, KeychainStatus::unavailable);
 }
 
