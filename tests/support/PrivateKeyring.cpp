@@ -91,6 +91,10 @@ PrivateKeyring::PrivateKeyring() {
     ::setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str(), 1);
     ::unsetenv("DISPLAY");
     ::unsetenv("WAYLAND_DISPLAY");
+    start();
+}
+
+void PrivateKeyring::start() {
     const std::string password = folder_.write("password", "opens the keyring");
     Connection connection(bus_.address());
     // On a busy machine a daemon sometimes comes up without ever calling the bus; its successor does.

@@ -26,6 +26,8 @@ public:
     void lock();
     /// Ends the daemon as abruptly as a crash does, and waits until the bus has seen it.
     void kill();
+    /// Starts a daemon anew, over what the former one kept.
+    void start();
 
 private:
     TemporaryFolder folder_;

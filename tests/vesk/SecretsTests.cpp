@@ -2,7 +2,10 @@
 #include "tests/support/PrivateKeyring.hpp"
 #include "tests/vesk/CompanionTest.hpp"
 
+#include <chrono>
+#include <csignal>
 #include <fstream>
+#include <future>
 #include <set>
 #include <sys/stat.h>
 
@@ -217,6 +220,39 @@ TEST_F(KeyringProgram, ALockedKeyringIsToldAndPresenceStillAnswers) {
     EXPECT_THAT(textAt(secrets, "service"), HasSubstr("(locked)"));
     EXPECT_EQ(textAt(listAt(secrets, "findings").at(0), "problem"),
               "The secrets are locked and nobody can be asked to unlock them.");
+}
+
+TEST_F(KeyringProgram, TwoProcessesWriteOneAccountAndOneItemIsLeft) {
+    const auto write = [&](int process) {
+        ProgramRun own(companionProgram);
+        own.environment = program.environment;
+        int failures = 0;
+        for (int round = 0; round < 10; ++round) {
+            own.input = std::to_string(process) + "-" + std::to_string(round);
+            const ProgramResult result = own.run({"secrets", "set", "SHARED"});
+            const bool wasSecond = result.errorOutput.find("-25299") != std::string::npos;
+            if (result.status != 0 && !wasSecond) ++failures;
+        }
+        return failures;
+    };
+    auto other = std::async(std::launch::async, write, 1);
+    EXPECT_EQ(write(2), 0);
+    EXPECT_EQ(other.get(), 0);
+    EXPECT_THAT(secret("SHARED").value_or(""), ::testing::EndsWith("-9"));
+    ProgramRun tool("/usr/bin/secret-tool");
+    tool.environment["DBUS_SESSION_BUS_ADDRESS"] = keyring.address();
+    const std::string found = tool.run({"search", "--all", "service", "Vesk"}).output;
+    EXPECT_EQ(found.find("secret = "), found.rfind("secret = ")) << found;
+}
+
+TEST_F(KeyringProgram, ASilentKeyringIsGivenUpWithOneLine) {
+    EXPECT_EQ(set("ZAI_API_KEY", "secret").status, 0);
+    ::kill(keyring.process(), SIGSTOP);
+    const auto started = std::chrono::steady_clock::now();
+    expectFailure({"secrets", "read", "ZAI_API_KEY"},
+                  "Unable to read Keychain item for ZAI_API_KEY. (OSStatus -25291)");
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(15));
+    EXPECT_THAT(log(), HasSubstr("the Secret Service failed"));
 }
 
 TEST_F(KeyringProgram, AKeyringThatWasKilledLeavesTheFileForNewSecrets) {

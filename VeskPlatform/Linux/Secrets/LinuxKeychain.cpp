@@ -57,8 +57,9 @@ KeychainSurvey LinuxKeychain::survey() {
     const std::lock_guard guard(lock_);
     KeychainSurvey survey;
     try {
-        switch (presence()) {
-        case SecretServicePresence::present: survey.service = service_->state(); break;
+        SecretService* used = service();
+        switch (used == nullptr ? SecretServicePresence::absent : used->presence()) {
+        case SecretServicePresence::present: survey.service = used->state(); break;
         case SecretServicePresence::absent: survey.file = file().state(); break;
         case SecretServicePresence::unknown: survey.trouble = silentBus; break;
         }
@@ -73,8 +74,9 @@ KeychainItems* LinuxKeychain::chosen() {
     if (chosen_ != nullptr) return chosen_;
     std::string trouble = silentBus;
     try {
-        const SecretServicePresence found = presence();
-        if (found == SecretServicePresence::present) chosen_ = service_.get();
+        SecretService* used = service();
+        const auto found = used == nullptr ? SecretServicePresence::absent : used->reach();
+        if (found == SecretServicePresence::present) chosen_ = used;
         if (found == SecretServicePresence::absent) chosen_ = &file();
     } catch (const AdapterModuleMissing& error) {
         trouble = error.description();
@@ -83,13 +85,13 @@ KeychainItems* LinuxKeychain::chosen() {
     return chosen_;
 }
 
-SecretServicePresence LinuxKeychain::presence() {
-    if (!options_.namesSessionBus) return SecretServicePresence::absent;
+SecretService* LinuxKeychain::service() {
+    if (!options_.namesSessionBus) return nullptr;
     if (!service_) {
         const AdapterModule module(options_.moduleFolder, "secrets", "libsecret-1-0");
         service_.reset(module.function<SecretServiceFactory>("veskSecretService")(options_.service));
     }
-    return service_->presence();
+    return service_.get();
 }
 
 SealedFileKeychain& LinuxKeychain::file() {

@@ -50,7 +50,8 @@ public:
 private:
     /// Null where it cannot be told; the reason is logged.
     KeychainItems* chosen();
-    SecretServicePresence presence();
+    /// Null where the environment names no bus. Throws AdapterModuleMissing.
+    SecretService* service();
     SealedFileKeychain& file();
 
     LinuxKeychainOptions options_;

@@ -40,7 +40,11 @@ struct SecretServiceState {
 /// `service` and `account` and no others.
 class SecretService : public KeychainItems {
 public:
+    /// Starts nothing.
     virtual SecretServicePresence presence() = 0;
+    /// The same for a caller that means to use the service: it is started where it is not running, and asking for it
+    /// costs no wait of its own.
+    virtual SecretServicePresence reach() = 0;
     /// Starts nothing.
     virtual SecretServiceState state() = 0;
 };

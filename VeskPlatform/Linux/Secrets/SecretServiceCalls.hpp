@@ -23,16 +23,18 @@ struct ItemAttributes {
     std::optional<std::string> account;
 };
 
-/// The calls of the Secret Service on one connection to it, all within one limit of time. Each throws KeychainFailure:
-/// `unavailable` past its limit, `locked` where the user could not be asked or did not answer, `denied` where they
-/// dismissed the question.
+/// The calls of the Secret Service over one connection to its bus, all within one limit of time. Each throws
+/// KeychainFailure: `unavailable` past its limit, `locked` where the user could not be asked or did not answer,
+/// `denied` where they dismissed the question.
 class SecretServiceCalls {
 public:
-    /// Connects, and starts the service where it is not running.
+    /// Starts the service where it is not running.
     explicit SecretServiceCalls(const SecretServiceOptions& options);
 
     /// From now on the calls have the whole of their time.
     void startClock();
+    /// Whether somebody has the service's name on the bus.
+    bool isServed() const;
     FoundItems search(const ItemAttributes& attributes);
     /// Asks the user where that takes a question.
     void unlock(const std::vector<std::string>& paths);
@@ -45,8 +47,6 @@ public:
     /// The collection for new secrets, empty where there is none.
     std::string defaultCollection();
     bool isLocked(const std::string& collection);
-    /// Of the bus.
-    GDBusConnection* connection() const;
 
 private:
     GlibOwned<GVariant> call(const std::string& path, const char* interface, const char* method, GVariant* arguments,

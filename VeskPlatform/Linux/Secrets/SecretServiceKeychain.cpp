@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/Secrets/SecretServiceCalls.hpp"
 
 #include <fstream>
+#include <optional>
 #include <utility>
 
 namespace vesk {
@@ -13,11 +14,10 @@ constexpr const char* busName = "org.freedesktop.secrets";
 
 bool isName(const std::string& text) { return g_utf8_validate_len(text.data(), text.size(), nullptr) != FALSE; }
 
-/// The session bus; null where there is none.
+/// The connection that GLib and libsecret share; null where there is no session bus.
 GobjectOwned<GDBusConnection> sessionBus(GCancellable* limit) {
     GobjectOwned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, limit, nullptr));
-    // GLib would end the program when the bus goes.
-    if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE); // GLib would end the program when the bus goes
     return bus;
 }
 
@@ -82,14 +82,34 @@ std::int32_t removeMatching(SecretServiceCalls& calls, const ItemAttributes& att
 
 } // namespace
 
-/// The connection that GLib shares for as long as somebody has it.
-class SessionBusHold {
+/// A connection, and the calls over it once there are any.
+class SecretServiceLink {
 public:
-    explicit SessionBusHold(GobjectOwned<GDBusConnection> bus) : bus_(std::move(bus)) {}
-    GDBusConnection* get() const { return bus_.get(); }
+    explicit SecretServiceLink(GobjectOwned<GDBusConnection> bus) : bus_(std::move(bus)) {}
+    /// What is to be told about the connection later holds on to it, and GLib hands it out for as long as somebody
+    /// does, closed or not. In a program without GLib's loop nobody else lets go of that.
+    ~SecretServiceLink() {
+        calls_.reset();
+        bus_.reset();
+        for (int left = 100; left > 0 && g_main_context_iteration(nullptr, FALSE) != FALSE; --left) {
+        }
+    }
+    SecretServiceLink(const SecretServiceLink&) = delete;
+    SecretServiceLink& operator=(const SecretServiceLink&) = delete;
+
+    GDBusConnection* bus() const { return bus_.get(); }
+    /// With the whole of their time.
+    SecretServiceCalls& calls(const SecretServiceOptions& options) {
+        if (calls_)
+            calls_->startClock();
+        else
+            calls_.emplace(options);
+        return *calls_;
+    }
 
 private:
     GobjectOwned<GDBusConnection> bus_;
+    std::optional<SecretServiceCalls> calls_;
 };
 
 SecretServiceKeychain::SecretServiceKeychain(SecretServiceOptions options) : options_(std::move(options)) {}
@@ -98,31 +118,46 @@ SecretServiceKeychain::~SecretServiceKeychain() = default;
 SecretServicePresence SecretServiceKeychain::presence() {
     const std::lock_guard guard(lock_);
     const TimeLimit limit(options_.patience);
-    const auto isLate = [&] { return g_cancellable_is_cancelled(limit.cancellable()) != FALSE; };
     auto bus = sessionBus(limit.cancellable());
-    if (!bus) return isLate() ? SecretServicePresence::unknown : SecretServicePresence::absent;
+    const bool isLate = g_cancellable_is_cancelled(limit.cancellable()) != FALSE;
+    if (!bus) return isLate ? SecretServicePresence::unknown : SecretServicePresence::absent;
     try {
-        const bool isThere = isOwned(bus.get(), limit.cancellable()) || isActivatable(bus.get(), limit.cancellable());
-        if (isThere) bus_ = std::make_unique<SessionBusHold>(std::move(bus));
-        return isThere ? SecretServicePresence::present : SecretServicePresence::absent;
+        if (!isOwned(bus.get(), limit.cancellable()) && !isActivatable(bus.get(), limit.cancellable()))
+            return SecretServicePresence::absent;
     } catch (const KeychainFailure& failure) {
         if (options_.log) options_.log(std::string("secrets: ") + failure.what());
         return SecretServicePresence::unknown;
     }
+    return SecretServicePresence::present;
+}
+
+SecretServicePresence SecretServiceKeychain::reach() {
+    const auto end = std::chrono::steady_clock::now() + options_.patience;
+    {
+        const std::lock_guard guard(lock_);
+        try {
+            if (link().calls(options_).isServed()) return SecretServicePresence::present;
+        } catch (const KeychainFailure&) { // no bus, or nobody who could be started on it: told apart below
+        }
+        link_.reset();
+    }
+    return std::chrono::steady_clock::now() < end ? presence() : SecretServicePresence::unknown;
 }
 
 SecretServiceState SecretServiceKeychain::state() {
+    const std::lock_guard guard(lock_);
     SecretServiceState state;
-    const TimeLimit limit(options_.patience);
     try {
-        const auto bus = sessionBus(limit.cancellable());
-        if (!bus || !isOwned(bus.get(), limit.cancellable())) return state; // asking would start it
-        state.program = programBehind(bus.get(), limit.cancellable());
-        SecretServiceCalls calls(options_);
+        const TimeLimit limit(options_.patience);
+        SecretServiceLink& used = link();
+        if (!isOwned(used.bus(), limit.cancellable())) return state; // asking would start it
+        state.program = programBehind(used.bus(), limit.cancellable());
+        SecretServiceCalls& calls = used.calls(options_);
         const std::string collection = calls.defaultCollection();
         if (!collection.empty()) state.isLocked = calls.isLocked(collection);
     } catch (const KeychainFailure& failure) {
         state.trouble = failure.what();
+        link_.reset();
     }
     return state;
 }
@@ -177,19 +212,22 @@ std::int32_t SecretServiceKeychain::removeAll(const std::string& service) {
     return run([&](SecretServiceCalls& calls) { return removeMatching(calls, {service, std::nullopt}); });
 }
 
+SecretServiceLink& SecretServiceKeychain::link() {
+    if (!link_) {
+        const TimeLimit limit(options_.patience);
+        auto bus = sessionBus(limit.cancellable());
+        if (!bus) throw KeychainFailure(KeychainStatus::unavailable, "The session bus cannot be reached.");
+        link_ = std::make_unique<SecretServiceLink>(std::move(bus));
+    }
+    return *link_;
+}
+
 template <class Body> std::int32_t SecretServiceKeychain::run(const Body& body) {
     const std::lock_guard guard(lock_);
     try {
-        if (calls_)
-            calls_->startClock();
-        else
-            calls_ = std::make_unique<SecretServiceCalls>(options_);
-        return body(*calls_);
+        return body(link().calls(options_));
     } catch (const KeychainFailure& failure) {
-        if (failure.status == KeychainStatus::unavailable) { // the next call reaches for it anew
-            calls_.reset();
-            bus_.reset();
-        }
+        if (failure.status == KeychainStatus::unavailable) link_.reset(); // the next call reaches for it anew
         if (options_.log) options_.log(std::string("secrets: ") + failure.what());
         return failure.status;
     }

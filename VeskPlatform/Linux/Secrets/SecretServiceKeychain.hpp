@@ -7,8 +7,7 @@
 
 namespace vesk {
 
-class SecretServiceCalls;
-class SessionBusHold;
+class SecretServiceLink;
 
 /// Through libsecret. Items that hold more attributes than ours are found too, and items of one account are removed
 /// together, as programs such as secret-tool do it.
@@ -18,6 +17,7 @@ public:
     ~SecretServiceKeychain() override;
 
     SecretServicePresence presence() override;
+    SecretServicePresence reach() override;
     SecretServiceState state() override;
     std::int32_t update(const std::string& service, const std::string& account, std::string_view bytes) override;
     std::int32_t add(const std::string& service, const std::string& account, std::string_view bytes) override;
@@ -28,12 +28,12 @@ public:
 
 private:
     template <class Body> std::int32_t run(const Body& body);
+    /// Throws KeychainFailure where the bus cannot be reached.
+    SecretServiceLink& link();
 
     SecretServiceOptions options_;
     std::mutex lock_;
-    /// Kept, since a second connection would cost a millisecond.
-    std::unique_ptr<SessionBusHold> bus_;
-    std::unique_ptr<SecretServiceCalls> calls_;
+    std::unique_ptr<SecretServiceLink> link_;
 };
 
 } // namespace vesk
