@@ -126,3 +126,12 @@ cat >"$work/reel.json" <<JSON
 }
 JSON
 show VeskCapabilityBroker media-compose --request "$work/reel.json"
+
+section "Secrets: sealed in a file, where no keyring runs"
+printf 'no-real-token\n' | show vesk secrets set OPENAI_API_KEY
+show vesk secrets presence
+
+section "The assistant's runtime and its releases"
+show vesk liveness
+show vesk channel urls --channel stable --version 1.4.2
+show vesk update show
