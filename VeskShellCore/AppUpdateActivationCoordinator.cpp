@@ -5,8 +5,6 @@
 #include "VeskSupport/Continuation.hpp"
 
 #include <algorithm>
-#include <asio/co_spawn.hpp>
-#include <asio/use_awaitable.hpp>
 #include <utility>
 
 namespace vesk {
@@ -39,8 +37,8 @@ private:
     AppUpdateActivationCoordinator& coordinator_;
 };
 
-AppUpdateActivationCoordinator::AppUpdateActivationCoordinator(const asio::any_io_executor& executor, Parts parts)
-    : strand_(asio::make_strand(executor)), parts_(std::move(parts)) {
+AppUpdateActivationCoordinator::AppUpdateActivationCoordinator(const Executor& executor, Parts parts)
+    : serial_(executor), parts_(std::move(parts)) {
     auto& options = parts_.options;
     options.stopPollLimit = std::max(options.stopPollLimit, 1);
     options.activationPollLimit = std::max(options.activationPollLimit, 1);
@@ -49,35 +47,31 @@ AppUpdateActivationCoordinator::AppUpdateActivationCoordinator(const asio::any_i
 
 AppUpdateActivationCoordinator::~AppUpdateActivationCoordinator() = default;
 
-template <class T> Task<T> AppUpdateActivationCoordinator::serially(Task<T> task) {
-    return asio::co_spawn(strand_, std::move(task), asio::use_awaitable);
-}
-
 // ---- What callers call
 
-Task<std::optional<ActivationRecord>> AppUpdateActivationCoordinator::pendingRecord() { return serially(load()); }
+Task<std::optional<ActivationRecord>> AppUpdateActivationCoordinator::pendingRecord() { return serial_.run(load()); }
 
 Task<std::optional<ActivationRecord>> AppUpdateActivationCoordinator::suppressAssistantResumeAfterSignOut() {
-    return serially(suppressResume());
+    return serial_.run(suppressResume());
 }
 
 Task<ActivationRecord> AppUpdateActivationCoordinator::prepareForRelaunch(AppUpdateReleaseIdentity target,
                                                                           std::optional<bool> desiredRunning,
                                                                           Progress progress) {
-    return serially(prepare(std::move(target), desiredRunning, std::move(progress)));
+    return serial_.run(prepare(std::move(target), desiredRunning, std::move(progress)));
 }
 
 Task<ActivationRecord> AppUpdateActivationCoordinator::markSparkleHandoff(Uuid updateID) {
-    return serially(handOff(updateID));
+    return serial_.run(handOff(updateID));
 }
 
 Task<Outcome> AppUpdateActivationCoordinator::recoverAfterLaunch(std::optional<Uuid> expectedUpdateID) {
-    return serially(recover(expectedUpdateID));
+    return serial_.run(recover(expectedUpdateID));
 }
 
 Task<AppUpdateRuntimeReconciliationOutcome>
 AppUpdateActivationCoordinator::reconcileCurrentRuntime(std::optional<bool> desiredRunning) {
-    return serially(reconcile(desiredRunning));
+    return serial_.run(reconcile(desiredRunning));
 }
 
 // ---- The record
@@ -225,9 +219,11 @@ Task<Outcome> AppUpdateActivationCoordinator::recover(std::optional<Uuid> expect
 std::shared_ptr<AppUpdateActivationCoordinator::Recovery> AppUpdateActivationCoordinator::startRecovery() {
     const auto recovery = std::make_shared<Recovery>();
     activeRecovery_ = recovery;
-    asio::co_spawn(strand_, performRecovery(), [this, recovery](std::exception_ptr failure, Outcome outcome) {
+    std::function<void(std::exception_ptr, Outcome)> ended = [this, recovery](std::exception_ptr failure,
+                                                                              Outcome outcome) {
         settle(*recovery, std::move(failure), std::move(outcome));
-    });
+    };
+    serial_.start(performRecovery(), std::move(ended));
     return recovery;
 }
 

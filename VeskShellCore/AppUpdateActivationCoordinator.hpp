@@ -3,10 +3,9 @@
 #include "VeskPlatform/RandomSource.hpp"
 #include "VeskShellCore/AppUpdateActivationModels.hpp"
 #include "VeskShellCore/AppUpdateActivationRecordStore.hpp"
+#include "VeskSupport/SerialExecutor.hpp"
 #include "VeskSupport/Task.hpp"
 
-#include <asio/any_io_executor.hpp>
-#include <asio/strand.hpp>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -37,7 +36,7 @@ public:
     using ActivationRecord = AppUpdateActivationRecord;
     using Outcome = AppUpdateActivationOutcome;
 
-    AppUpdateActivationCoordinator(const asio::any_io_executor& executor, Parts parts);
+    AppUpdateActivationCoordinator(const Executor& executor, Parts parts);
     ~AppUpdateActivationCoordinator();
     AppUpdateActivationCoordinator(const AppUpdateActivationCoordinator&) = delete;
     AppUpdateActivationCoordinator& operator=(const AppUpdateActivationCoordinator&) = delete;
@@ -72,9 +71,6 @@ private:
     struct Recovery;
     class Working;
 
-    /// Runs on the strand.
-    template <class T> Task<T> serially(Task<T> task);
-
     Task<std::optional<ActivationRecord>> load();
     Task<std::optional<ActivationRecord>> suppressResume();
     Task<ActivationRecord> prepare(AppUpdateReleaseIdentity target, std::optional<bool> desiredRunning,
@@ -106,7 +102,7 @@ private:
     void trySave(ActivationRecord& record);
     void fail(ActivationRecord& record, const std::string& errorClass);
 
-    asio::strand<asio::any_io_executor> strand_;
+    SerialExecutor serial_;
     Parts parts_;
     std::shared_ptr<Recovery> activeRecovery_;
     std::optional<Outcome> lastSettledRecoveryOutcome_;

@@ -90,7 +90,7 @@ Task<UpdateAnswer> update(const UpdateCommand& command, Platform& platform, cons
                              .randomSource = platform.randomSource(),
                              .service = AppUpdateActivationService::of(client),
                              .options = optionsOf(command, platform)};
-    const auto executor = co_await asio::this_coro::executor;
+    const Executor executor = co_await currentExecutor();
     Coordinator coordinator(executor, std::move(parts));
     co_return co_await perform(command, coordinator);
 }
