@@ -72,7 +72,7 @@ KeychainSurvey LinuxKeychain::survey() {
 KeychainItems* LinuxKeychain::chosen() {
     const std::lock_guard guard(lock_);
     if (chosen_ != nullptr) return chosen_;
-    std::string trouble = silentBus;
+    std::string trouble = "The session bus or its Secret Service does not answer.";
     try {
         SecretService* used = service();
         const auto found = used == nullptr ? SecretServicePresence::absent : used->reach();

@@ -127,7 +127,7 @@ TEST_F(LinuxKeychainTests, ABusThatDoesNotAnswerIsUnavailable) {
     EXPECT_EQ(keychain.copy("Vesk", "A").status, KeychainStatus::unavailable);
     EXPECT_EQ(keychain.survey().trouble, "The session bus does not answer.");
     EXPECT_FALSE(hasFile());
-    EXPECT_THAT(logged, ::testing::Contains("secrets: The session bus does not answer."));
+    EXPECT_THAT(logged, ::testing::Contains("secrets: The session bus or its Secret Service does not answer."));
 }
 
 TEST_F(LinuxKeychainTests, AMissingModuleIsUnavailableAndNamesItsPackage) {

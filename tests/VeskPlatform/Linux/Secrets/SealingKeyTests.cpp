@@ -41,6 +41,9 @@ TEST(SealingKeyTests, EveryChangeIsFound) {
 TEST(SealingKeyTests, NamesThatRunTogetherAreApart) {
     EXPECT_NE(contextOf("ab", "c"), contextOf("a", "bc"));
     EXPECT_NE(contextOf("", "abc"), contextOf("abc", ""));
+    const std::string zeros(7, '\0');
+    EXPECT_EQ(contextOf("ab", "c"), "\2" + zeros + "ab" + "\1" + zeros + "c")
+        << "files of former versions stay readable";
 }
 
 TEST(SealingKeyTests, APassphraseWithTheSameCostIsTheSameKey) {
