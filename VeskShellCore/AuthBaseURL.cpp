@@ -55,7 +55,7 @@ bool isURLWithScheme(std::string_view text) {
     const auto colon = text.find(':');
     if (colon == npos || !isScheme(text.substr(0, colon)) || !hasOnlyCharactersOfURLs(text)) return false;
     std::string_view rest = text.substr(colon + 1);
-    if (isPort(rest.substr(0, rest.find('/')))) return false;
+    if (isPort(rest.substr(0, rest.find_first_of("/?#")))) return false;
     if (rest.starts_with("//")) {
         rest.remove_prefix(2);
         const auto authority = rest.substr(0, rest.find_first_of("/?#"));

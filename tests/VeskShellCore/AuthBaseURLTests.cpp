@@ -14,8 +14,9 @@ TEST(AuthBaseURL, KnowsAURLWithAScheme) {
 }
 
 TEST(AuthBaseURL, RefusesWhatHasNoScheme) {
-    for (const char* text : {"", "host", "host:8080", "localhost:8080/v1", "host.example:1", "//host/path", "/path",
-                             "1http://host", "ht_tp://host", "://host", ":80", "auth.vesk.example/v1:x"})
+    for (const char* text :
+         {"", "host", "host:8080", "localhost:8080/v1", "host.example:1", "localhost:8080?x=1", "localhost:8080#part",
+          "//host/path", "/path", "1http://host", "ht_tp://host", "://host", ":80", "auth.vesk.example/v1:x"})
         EXPECT_FALSE(isURLWithScheme(text)) << text;
 }
 
