@@ -21,7 +21,9 @@ bool isSupported(std::string_view channel) { return channel == stable || channel
 bool isVersion(const std::string& version, std::string_view channel) {
     const std::string pattern =
         channel == beta ? R"(^[0-9]+\.[0-9]+\.[0-9]+-beta\.[1-9][0-9]*$)" : R"(^[0-9]+\.[0-9]+\.[0-9]+$)";
-    return isSupported(channel) && containsMatch(version, pattern, LetterCase::matters);
+    // The end of a line is an end for the pattern, too, but none of the text.
+    return isSupported(channel) && containsMatch(version, pattern, LetterCase::matters)
+           && std::string_view("0123456789").find(version.back()) != std::string_view::npos;
 }
 
 std::optional<std::string> manifestURL(const std::string& origin, const std::string& channel) {

@@ -4,20 +4,33 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace vesk {
 
 namespace {
 
-/// The help of the innermost command that was named.
-std::string usageOf(const CLI::App& application) {
+/// The innermost command that was named.
+const CLI::App& namedCommand(const CLI::App& application) {
     const CLI::App* innermost = &application;
     for (auto named = innermost->get_subcommands(); !named.empty(); named = innermost->get_subcommands())
         innermost = named.front();
+    return *innermost;
+}
+
+std::string usageOf(const CLI::App& application) {
+    const CLI::App& named = namedCommand(application);
     std::string path;
-    for (const CLI::App* app = innermost->get_parent(); app != nullptr; app = app->get_parent())
+    for (const CLI::App* app = named.get_parent(); app != nullptr; app = app->get_parent())
         path = app->get_name() + (path.empty() ? "" : " " + path);
-    return innermost->help(path);
+    return named.help(path);
+}
+
+/// What is one argument too many for these may be the secret itself, which no error may hold.
+bool takesSecret(const CLI::App& command) {
+    constexpr std::array<std::string_view, 5> names{"set", "redeem", "set-secrets", "telegram-token-validate",
+                                                    "connector-connect"};
+    return std::ranges::find(names, command.get_name()) != names.end();
 }
 
 } // namespace
@@ -37,6 +50,10 @@ Command parseCommandLine(std::vector<std::string> arguments) {
         app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {
         return HelpCommand{usageOf(app)};
+    } catch (const CLI::ExtrasError& error) {
+        const bool mayTellSecret = takesSecret(namedCommand(app));
+        throw UsageError(usageOf(app), mayTellSecret ? "An argument was not expected; a secret comes on standard input."
+                                                     : error.what());
     } catch (const CLI::ParseError& error) {
         throw UsageError(usageOf(app), error.what());
     }

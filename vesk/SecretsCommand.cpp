@@ -46,15 +46,18 @@ JsonValue presence(const SecretsCommand& command, Platform& platform) {
     return {std::move(answer)};
 }
 
-void refuseLink(const std::string& path, FileManager& files) {
+/// A link would lead elsewhere, and a device or a pipe would be gone.
+void requirePlaceOfFile(const std::string& path, FileManager& files) {
     const std::string folder = files.resolvedPath(parentFolder(path));
     const std::string name = path.substr(path.rfind('/'));
     if (files.resolvedPath(path) != (folder == "/" ? name : folder + name)) throw PosixError(ELOOP, path);
+    const auto there = files.attributes(path);
+    if (there && !there->isDirectory && !there->size) throw PosixError(EINVAL, path);
 }
 
 JsonValue exportAll(const SecretsCommand& command, Platform& platform) {
     const std::string path = pathOf(command.file, platform);
-    refuseLink(path, platform.fileManager());
+    requirePlaceOfFile(path, platform.fileManager());
     const auto archive = ReleaseStateKeychain::exportNamedSecrets(platform.keychainItems(), command.service);
     platform.privateFiles().writeAtomically(path, ReleaseStateKeychain::encode(platform.propertyListCoder(), archive));
     JsonValue::Array accounts;

@@ -106,7 +106,7 @@ JsonValue redeem(const SignInCommand& command, Platform& platform) {
         return redeemAndKeep(client, grant, store.installationID(), *session, keychain);
     };
     auto commit = answerOf(withRecoverableAuthGrant<SignedIn>(grant, recovery, operation));
-    store.clearPendingSession();
+    if (store.pendingSession() == session) store.clearPendingSession(); // and no link that was asked for meanwhile
     commit.value.recoveryGrantCleared = commit.recoveryGrantCleared;
     return toJson(commit.value);
 }
@@ -135,8 +135,11 @@ JsonValue status(Platform& platform) {
 }
 
 JsonValue cancel(Platform& platform) {
-    VeskAuthSessionStore(platform).clearPendingSession();
+    VeskAuthSessionStore store(platform);
+    store.clearPendingSession();
     VeskAuthRecoveryStore(keychainOf(platform)).clear();
+    if (store.pendingSession()) // its link could still be followed
+        throw failure(Failure::notKept, "The sign-in cannot be removed from the state folder.");
     return {JsonValue::Object{}};
 }
 

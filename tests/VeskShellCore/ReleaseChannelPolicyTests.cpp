@@ -47,8 +47,9 @@ TEST(ReleaseChannelPolicy, VersionsAreWrittenAsTheirChannelDoes) {
         EXPECT_TRUE(isVersion(version, "beta")) << version;
         EXPECT_FALSE(isVersion(version, "stable")) << version;
     }
-    for (const char* version : {"", "1.4", "1.4.2.3", "v1.4.2", "1.4.2-beta.0", "1.4.2-beta.01", "1.4.2-beta", "1.4.2 ",
-                                "1.4.2-rc.1", "1.4.2/../9", "\xD9\xA1.4.2"}) {
+    for (const char* version :
+         {"", "1.4", "1.4.2.3", "v1.4.2", "1.4.2-beta.0", "1.4.2-beta.01", "1.4.2-beta", "1.4.2 ", "1.4.2-rc.1",
+          "1.4.2/../9", "1.4.2\n", "1.4.2-beta.1\r\n", "1.4.2\xE2\x80\xA8", "\xD9\xA1.4.2"}) {
         EXPECT_FALSE(isVersion(version, "stable")) << version;
         EXPECT_FALSE(isVersion(version, "beta")) << version;
     }

@@ -47,6 +47,26 @@ TEST_F(CommandLineTests, UsageErrorsTellUsageAndWhatWasWrong) {
     EXPECT_FALSE(std::filesystem::exists(state()));
 }
 
+TEST_F(CommandLineTests, ASecretThatIsTypedAsAnArgumentIsNotRepeated) {
+    const std::vector<std::string> commands[] = {
+        {"secrets", "set", "OPENAI_API_KEY", "planted"},
+        {"secrets", "set", "OPENAI_API_KEY", "--secret", "planted"},
+        {"sign-in", "redeem", "planted"},
+        {"sign-in", "redeem", "--grant=planted"},
+        {"runtime", "bootstrap", "telegram-token-validate", "--stdin", "planted"},
+        {"runtime", "settings", "set-secrets", "--stdin", "planted"},
+        {"runtime", "bootstrap", "connector-connect", "mail", "--stdin", "planted"},
+    };
+    for (const auto& arguments : commands) {
+        const ProgramResult result = vesk(arguments);
+        EXPECT_EQ(result.status, 2) << result;
+        EXPECT_THAT(result.errorOutput,
+                    ::testing::EndsWith("\nvesk: An argument was not expected; a secret comes on standard input.\n"))
+            << result;
+        EXPECT_THAT(result.errorOutput, ::testing::Not(::testing::HasSubstr("planted"))) << result;
+    }
+}
+
 TEST_F(CommandLineTests, OptionsOfOtherVerbsAreRefused) {
     EXPECT_EQ(vesk({"consent", "deny", "mail", "--yes"}).status, 2);
     EXPECT_EQ(vesk({"consent", "list", "mail"}).status, 2);

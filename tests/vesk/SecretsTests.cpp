@@ -124,6 +124,12 @@ TEST_F(SecretsProgram, AnExportDoesNotGoThroughALinkNorOverAFolder) {
     EXPECT_EQ(vesk({"secrets", "export", "missing/archive"}).status, 1);
 }
 
+TEST_F(SecretsProgram, AnExportTakesNoPlaceOfAPipe) {
+    ASSERT_EQ(::mkfifo(inFolder("pipe").c_str(), 0600), 0);
+    expectFailure({"secrets", "export", "pipe"}, inFolder("pipe") + ": Invalid argument");
+    EXPECT_TRUE(fs::is_fifo(inFolder("pipe")));
+}
+
 TEST_F(SecretsProgram, OnlyTheLiveServiceIsExported) {
     expectFailure({"secrets", "export", "archive", "--service", "Vesk Release Rehearsal 1"},
                   "Refusing to use unsupported Keychain service: Vesk Release Rehearsal 1");

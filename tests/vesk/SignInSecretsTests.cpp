@@ -37,11 +37,29 @@ public:
         pollfd waiting{socket_, POLLIN, 0};
         return ::poll(&waiting, 1, 20'000) == 1;
     }
+    /// Takes the waiting request and answers it after all.
+    void answer(const std::string& body) const {
+        const int connection = ::accept(socket_, nullptr, nullptr);
+        const std::string answer =
+            "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+        EXPECT_EQ(::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL), static_cast<ssize_t>(answer.size()));
+        std::string request(4096, '\0');
+        while (::recv(connection, request.data(), request.size(), 0) > 0) {
+        } // until the client has gone
+        ::close(connection);
+    }
 
 private:
     int socket_;
     int port_ = 0;
 };
+
+constexpr const char* credentials =
+    R"({"ok": true, "account_email": "dana@example.com", "user_id": "user-1", "device_id": "device-1",
+        "auth_token": "planted-auth-token", "auth_token_expires_at": 1800000000,
+        "openrouter_api_key": "planted-router-key", "openrouter_key_hash": "planted-key-hash",
+        "runtime_key": {"id": "key-1", "label": "Laptop", "weekly_limit_usd": 12.5, "limit_reset": "weekly",
+                        "guardrail_id": "guard-1"}})";
 
 class SignInSecrets : public SignInWorld {
 protected:
@@ -92,6 +110,23 @@ TEST_F(SignInSecrets, AGrantOutlivesAKillAndIsRedeemedThen) {
     EXPECT_EQ(secret("VESK_AUTH_TOKEN"), "planted-auth-token");
     EXPECT_EQ(at(status(), "grantPending"), JsonValue{false});
     EXPECT_FALSE(has(status(), "pendingEmail"));
+}
+
+TEST_F(SignInSecrets, ALinkThatIsAskedForWhileAnotherIsRedeemedStays) {
+    start();
+    const SilentServer late;
+    program.input = "planted-grant";
+    ProgramResult result;
+    std::thread running([&] { result = vesk({"sign-in", "redeem", "--base-url", late.url()}); });
+    const bool connected = late.waitForConnection();
+    start();
+    const std::string asked = verifier();
+    if (connected) late.answer(credentials);
+    running.join();
+    EXPECT_TRUE(connected);
+    EXPECT_EQ(result.status, 0) << result;
+    EXPECT_EQ(secret("VESK_AUTH_TOKEN"), "planted-auth-token");
+    EXPECT_EQ(verifier(), asked);
 }
 
 TEST_F(SignInSecrets, NoArgumentAndNoVariableOfAnyProcessHoldsOne) {

@@ -1,3 +1,4 @@
+#include "VeskPlatform/Linux/SqliteConnection.hpp"
 #include "VeskShellCore/VeskAuthPKCE.hpp"
 #include "tests/vesk/SignInWorld.hpp"
 
@@ -186,6 +187,15 @@ TEST_F(SignInProgram, CancelForgetsSessionAndGrant) {
     EXPECT_EQ(at(after, "grantPending"), JsonValue{false});
     EXPECT_EQ(textAt(after, "installationID"), installation);
     EXPECT_EQ(vesk({"sign-in", "cancel"}).status, 0);
+}
+
+TEST_F(SignInProgram, ASessionThatCannotBeForgottenIsTold) {
+    start();
+    redeem("other-grant");
+    SqliteConnection(state() + "/defaults.sqlite", std::chrono::seconds(5))
+        .run("CREATE TRIGGER kept BEFORE DELETE ON defaults BEGIN SELECT RAISE(ABORT, 'kept'); END");
+    expectFailure({"sign-in", "cancel"}, "The sign-in cannot be removed from the state folder.");
+    EXPECT_EQ(at(status(), "grantPending"), JsonValue{false});
 }
 
 TEST_F(SignInProgram, AWrongCommandLineShowsItsUsage) {
