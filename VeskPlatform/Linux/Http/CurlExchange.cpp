@@ -45,7 +45,8 @@ CurlExchange::CurlExchange(const HttpUrl& url, const CertificatePlaces& certific
     set(CURLOPT_CURLU, url.handle());
     set(CURLOPT_PROTOCOLS_STR, url.isHttp() ? "http,https" : "file");
     set(CURLOPT_FOLLOWLOCATION, 0L);
-    set(CURLOPT_NOSIGNAL, 1L); // a signal would end the wait for a name on one thread only
+    set(CURLOPT_NOSIGNAL, 1L);   // a signal would end the wait for a name on one thread only
+    set(CURLOPT_QUICK_EXIT, 1L); // else the end of a call would wait for a name server past every limit
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     if (certificates.file) set(CURLOPT_CAINFO, certificates.file->c_str());
