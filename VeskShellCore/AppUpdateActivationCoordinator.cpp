@@ -217,7 +217,7 @@ Task<Outcome> AppUpdateActivationCoordinator::recover(std::optional<Uuid> expect
 
 /// A task of its own, so that none of those who wait for it decides about the others.
 std::shared_ptr<AppUpdateActivationCoordinator::Recovery> AppUpdateActivationCoordinator::startRecovery() {
-    const auto recovery = std::make_shared<Recovery>();
+    auto recovery = std::make_shared<Recovery>();
     activeRecovery_ = recovery;
     std::function<void(std::exception_ptr, Outcome)> ended = [this, recovery](std::exception_ptr failure,
                                                                               Outcome outcome) {
