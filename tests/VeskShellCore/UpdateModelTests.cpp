@@ -193,6 +193,13 @@ private:
 
     // ---- The machinery
 
+    class Context : public asio::io_context {
+    public:
+        Context() : asio::io_context(1) {}
+        /// Destroys all that is suspended.
+        void abandon() { shutdown(); }
+    };
+
     static int numberOf(const std::string& version) { return std::stoi(version.substr(2)); }
     int number(int below) { return std::uniform_int_distribution<int>(0, below - 1)(random_); }
     bool chance(int of) { return number(of) == 0; }
@@ -206,16 +213,18 @@ private:
         co_await step();
     }
 
+    /// What is suspended goes before the coordinator that it works on, and that before the services of its executor.
     void die() {
-        context_.reset();
+        if (context_) context_->abandon();
         coordinator_.reset();
+        context_.reset();
     }
 
     void launch(int number) {
         die();
         ++lives_;
         current_ = number;
-        context_ = std::make_unique<asio::io_context>(1);
+        context_ = std::make_unique<Context>();
         runtime_.release = release(number);
         coordinator_ = std::make_unique<AppUpdateActivationCoordinator>(
             context_->get_executor(), AppUpdateActivationCoordinator::Parts{.currentIdentity = release(number),
@@ -253,7 +262,7 @@ private:
     test::FakeUpdateRuntime runtime_;
     AppUpdateActivationCoordinatorOptions options_;
     std::unique_ptr<AppUpdateActivationCoordinator> coordinator_;
-    std::unique_ptr<asio::io_context> context_;
+    std::unique_ptr<Context> context_;
     int current_ = 0;
     int lives_ = 0;
     bool wanted_ = false, mayDie_ = true, isSigningOut_ = false;
