@@ -5,6 +5,7 @@
 #include "VeskPlatform/PrivateFiles.hpp"
 #include "VeskShellCore/KeychainStore.hpp"
 #include "VeskShellCore/ReleaseStateKeychain.hpp"
+#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Json.hpp"
 #include "VeskSupport/Text.hpp"
@@ -16,10 +17,6 @@ namespace vesk {
 namespace {
 
 constexpr std::uint64_t mostSecretBytes = std::uint64_t{1} << 20, mostArchiveBytes = std::uint64_t{16} << 20;
-
-std::string pathOf(const std::string& file, Platform& platform) {
-    return absolutePath(file, platform.fileManager().currentDirectoryPath());
-}
 
 JsonValue read(const SecretsCommand& command, Platform& platform) {
     JsonValue::Object answer{{"account", {std::string(trimmed(command.account))}}};
@@ -56,7 +53,7 @@ void requirePlaceOfFile(const std::string& path, FileManager& files) {
 }
 
 JsonValue exportAll(const SecretsCommand& command, Platform& platform) {
-    const std::string path = pathOf(command.file, platform);
+    const std::string path = absolutePath(platform.fileManager(), command.file);
     requirePlaceOfFile(path, platform.fileManager());
     const auto archive = ReleaseStateKeychain::exportNamedSecrets(platform.keychainItems(), command.service);
     platform.privateFiles().writeAtomically(path, ReleaseStateKeychain::encode(platform.propertyListCoder(), archive));
@@ -67,7 +64,8 @@ JsonValue exportAll(const SecretsCommand& command, Platform& platform) {
 }
 
 JsonValue rehearse(const SecretsCommand& command, Platform& platform) {
-    const std::string bytes = platform.fileReader().contents(pathOf(command.file, platform), mostArchiveBytes);
+    const std::string bytes =
+        platform.fileReader().contents(absolutePath(platform.fileManager(), command.file), mostArchiveBytes);
     const auto archive = ReleaseStateKeychain::decode(platform.propertyListCoder(), bytes);
     const bool matches = ReleaseStateKeychain::rehearse(platform.keychainItems(), platform.randomSource(), archive);
     return {JsonValue::Object{{"matches", {matches}}}};
