@@ -23,4 +23,8 @@ std::optional<std::string> applicationSupportItem(Environment& environment, std:
     return folder ? std::optional(pathIn(*folder, name)) : std::nullopt;
 }
 
+std::string assistantDataItem(Environment& environment, std::string_view name) {
+    return environment.homeDirectory().append("/Library/Application Support/Vesk/data/").append(name);
+}
+
 } // namespace vesk

@@ -1,9 +1,9 @@
 #include "VeskShellCore/VeskAssistantLiveness.hpp"
 
 #include "VeskPlatform/Clock.hpp"
-#include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/FileReader.hpp"
 #include "VeskPlatform/Processes.hpp"
+#include "VeskShellCore/ApplicationSupport.hpp"
 #include "VeskSupport/DetachedWork.hpp"
 
 #include <cerrno>
@@ -80,7 +80,7 @@ VeskAssistantLivenessProbe::VeskAssistantLivenessProbe(Platform& platform, std::
     : platform_(platform), stateFilePath_(std::move(stateFilePath)), processIsAlive_(std::move(processIsAlive)) {}
 
 std::string VeskAssistantLivenessProbe::defaultStateFilePath(Platform& platform) {
-    return platform.environment().homeDirectory() + "/Library/Application Support/Vesk/data/vesk-health.json";
+    return assistantDataItem(platform.environment(), "vesk-health.json");
 }
 
 Task<VeskAssistantLiveness> VeskAssistantLivenessProbe::currentState() const {

@@ -1,7 +1,7 @@
 #include "VeskShellCore/VeskAuthInvalidationProbe.hpp"
 
-#include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/FileManager.hpp"
+#include "VeskShellCore/ApplicationSupport.hpp"
 #include "VeskSupport/DetachedWork.hpp"
 
 #include <functional>
@@ -22,7 +22,7 @@ Task<bool> exists(FileManager& files, std::string path) {
 } // namespace
 
 std::string VeskAuthInvalidationProbe::defaultMarkerFilePath(Platform& platform) {
-    return platform.environment().homeDirectory() + "/Library/Application Support/Vesk/data/vesk-auth-invalidated.json";
+    return assistantDataItem(platform.environment(), "vesk-auth-invalidated.json");
 }
 
 Task<bool> VeskAuthInvalidationProbe::isInvalidated() const { return exists(platform_.fileManager(), markerFilePath_); }

@@ -7,6 +7,7 @@
 #include "VeskShellCore/VeskAuthSessionStore.hpp"
 #include "VeskSupport/RunToTheEnd.hpp"
 #include "VeskSupport/Text.hpp"
+#include "vesk/CompanionError.hpp"
 #include "vesk/HostName.hpp"
 #include "vesk/StandardInput.hpp"
 #include "vesk/Version.hpp"
@@ -49,12 +50,6 @@ namespace {
 
 constexpr std::uint64_t mostGrantBytes = std::uint64_t{1} << 16;
 
-enum class Failure { noSession = 1, noGrant = 2, notKept = 3 };
-
-ErrorRecord failure(Failure kind, const std::string& text) {
-    return {"VeskCompanion", static_cast<std::int64_t>(kind), text};
-}
-
 VeskAuthClient clientOf(const SignInCommand& command, Platform& platform) {
     return {platform, builtVersion().authOrigin, command.baseURL};
 }
@@ -67,7 +62,7 @@ JsonValue start(const SignInCommand& command, Platform& platform) {
     const VeskPreparedAuthRequest prepared = store.prepareSignIn(command.email);
     const VeskPendingAuthSession& session = prepared.pendingSession;
     if (store.pendingSession() != session) // a link would lead nowhere
-        throw failure(Failure::notKept, "The sign-in cannot be kept in the state folder.");
+        throw CompanionError(CompanionError::Kind::notKept, "The sign-in cannot be kept in the state folder.");
     return toJson(answerOf(client.requestSignInLink(session.email, prepared.installationID, prepared.codeChallenge,
                                                     session.clientState, builtVersion().version, "linux")));
 }
@@ -75,10 +70,10 @@ JsonValue start(const SignInCommand& command, Platform& platform) {
 std::string grantOf(const SignInCommand& command, const VeskAuthRecoveryStore& recovery) {
     if (command.pending) {
         if (const auto kept = recovery.pendingGrant()) return *kept;
-        throw failure(Failure::noGrant, "No grant is kept from an earlier try.");
+        throw CompanionError(CompanionError::Kind::noGrant, "No grant is kept from an earlier try.");
     }
     std::string grant = readTextFromStandardInput(mostGrantBytes);
-    if (isBlank(grant)) throw failure(Failure::noGrant, "There is no grant on standard input.");
+    if (isBlank(grant)) throw CompanionError(CompanionError::Kind::noGrant, "There is no grant on standard input.");
     return grant;
 }
 
@@ -97,7 +92,8 @@ Task<SignedIn> redeemAndKeep(VeskAuthClient client, std::string grant, std::stri
 JsonValue redeem(const SignInCommand& command, Platform& platform) {
     VeskAuthSessionStore store(platform);
     const auto session = store.pendingSession();
-    if (!session) throw failure(Failure::noSession, "No sign-in is waiting; begin with vesk sign-in start.");
+    if (!session)
+        throw CompanionError(CompanionError::Kind::noSession, "No sign-in is waiting; begin with vesk sign-in start.");
     const VeskAuthClient client = clientOf(command, platform);
     const KeychainStore keychain = keychainOf(platform);
     const VeskAuthRecoveryStore recovery(keychain);
@@ -139,7 +135,7 @@ JsonValue cancel(Platform& platform) {
     store.clearPendingSession();
     VeskAuthRecoveryStore(keychainOf(platform)).clear();
     if (store.pendingSession()) // its link could still be followed
-        throw failure(Failure::notKept, "The sign-in cannot be removed from the state folder.");
+        throw CompanionError(CompanionError::Kind::notKept, "The sign-in cannot be removed from the state folder.");
     return {JsonValue::Object{}};
 }
 

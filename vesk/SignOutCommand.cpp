@@ -1,25 +1,20 @@
 #include "vesk/SignOutCommand.hpp"
 
 #include "VeskShellCore/VeskAuthSessionStore.hpp"
+#include "vesk/CompanionError.hpp"
 
 namespace vesk {
 namespace {
 
-enum class Failure { notKept = 3, noSignOut = 4 };
-
-ErrorRecord failure(Failure kind, const std::string& text) {
-    return {"VeskCompanion", static_cast<std::int64_t>(kind), text};
-}
-
 void keep(VeskAuthSessionStore& store, const VeskAuthSignOutTransaction& transaction) {
     store.persistSignOutTransaction(transaction);
     if (store.signOutTransaction() != transaction)
-        throw failure(Failure::notKept, "The sign-out cannot be kept in the state folder.");
+        throw CompanionError(CompanionError::Kind::notKept, "The sign-out cannot be kept in the state folder.");
 }
 
 void advance(VeskAuthSessionStore& store, VeskAuthSignOutPhase phase) {
     auto transaction = store.signOutTransaction();
-    if (!transaction) throw failure(Failure::noSignOut, "No sign-out has begun.");
+    if (!transaction) throw CompanionError(CompanionError::Kind::noSignOut, "No sign-out has begun.");
     transaction->phase = phase;
     keep(store, *transaction);
 }
@@ -27,7 +22,7 @@ void advance(VeskAuthSessionStore& store, VeskAuthSignOutPhase phase) {
 void finish(VeskAuthSessionStore& store) {
     store.clearSignOutTransaction();
     if (store.signOutTransaction())
-        throw failure(Failure::notKept, "The sign-out cannot be removed from the state folder.");
+        throw CompanionError(CompanionError::Kind::notKept, "The sign-out cannot be removed from the state folder.");
 }
 
 void change(const SignOutCommand& command, VeskAuthSessionStore& store) {
