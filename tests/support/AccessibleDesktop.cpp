@@ -1,13 +1,12 @@
 #include "tests/support/AccessibleDesktop.hpp"
 
 #include "VeskPlatform/Linux/ChildProcess.hpp"
+#include "tests/support/BackgroundPrograms.hpp"
 
 #include <filesystem>
 #include <fstream>
 #include <pwd.h>
 #include <stdexcept>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace vesk::test {
@@ -44,17 +43,6 @@ void handOver(const std::string& path) {
     const passwd* user = ::getpwnam("nobody");
     if (user == nullptr || ::chown(path.c_str(), user->pw_uid, user->pw_gid) != 0)
         throw std::runtime_error(path + " cannot be given to the user nobody");
-}
-
-/// A socket's file is there a moment before anybody listens.
-bool isListening(const std::string& path) {
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    const bool answered = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-    ::close(socket);
-    return answered;
 }
 
 } // namespace

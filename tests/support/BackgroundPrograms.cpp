@@ -4,6 +4,8 @@
 
 #include <fcntl.h>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace vesk::test {
@@ -24,6 +26,16 @@ pid_t startInBackground(const std::vector<std::string>& arguments) {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
     ::execv(pointers[0], pointers.data());
     ::_exit(127);
+}
+
+bool isListening(const std::string& path) {
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const bool answered = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(socket);
+    return answered;
 }
 
 } // namespace vesk::test

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -56,7 +55,7 @@ void NestedCompositor::start(const std::vector<std::string>& arguments, const st
 void NestedCompositor::startServer(const std::vector<std::string>& arguments, const std::string& socket) {
     servers_.push_back(startInBackground(arguments));
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!std::filesystem::exists(socket)) {
+    while (!isListening(socket)) {
         if (std::chrono::steady_clock::now() > deadline) {
             stop();
             throw std::runtime_error(arguments[0] + " does not start");

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
+#include <poll.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -130,6 +132,18 @@ private:
     std::string name_, path_;
 };
 
+/// Waits for other runs of our own that replace files of this folder, as long as `folder` is open afterwards. While one
+/// puts a faster program's file back, the folder shows what is not meant to stay, and another that took it for the
+/// truth would lose what was put back. A run that is stopped meanwhile holds nobody up for long, and file systems that
+/// know no such locks (flock(2)) do without.
+void takeTurn(const FileDescriptor& folder) {
+    constexpr int attempts = 1000;
+    for (int i = 0; i < attempts && ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0; ++i) {
+        if (errno != EWOULDBLOCK && errno != EINTR) return;
+        ::poll(nullptr, 0, 2); // milliseconds
+    }
+}
+
 /// Exchanges the two files until the hidden one is what is meant to go: `expected`, or what the caller wrote itself.
 bool exchange(int folder, const HiddenFile& hidden, const RealFile& real, std::string_view expected,
               std::string_view bytes) {
@@ -161,6 +175,7 @@ bool replaceFileDurably(const std::string& path, std::string_view expected, std:
     const FileDescriptor folder = openFolder(real->folder);
     const HiddenFile hidden(folder.get(), *real);
     hidden.write(bytes, *real);
+    takeTurn(folder);
     if (!exchange(folder.get(), hidden, *real, expected, bytes)) return false;
     flushOrThrow(folder, real->folder);
     return true;
@@ -171,6 +186,7 @@ bool removeFileDurably(const std::string& path, std::string_view expected) {
     const RealFile named{path.substr(0, slash), path.substr(slash + 1)}; // of a link, the link goes
     const FileDescriptor folder = openFolder(named.folder);
     const HiddenFile hidden(folder.get(), named);
+    takeTurn(folder);
     if (!holds(path, expected)) return false;
     if (::renameat(folder.get(), named.name.c_str(), folder.get(), hidden.name()) != 0) {
         if (errno == ENOENT) return false;
