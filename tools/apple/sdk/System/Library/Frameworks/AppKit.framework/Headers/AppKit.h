@@ -1,0 +1,3 @@
+#import <AppKit/NSRunningApplication.h>
+#import <AppKit/NSWorkspace.h>
+#import <Foundation/Foundation.h>

@@ -1,0 +1,4 @@
+#import <Foundation/NSObject.h>
+
+@interface NSPredicate : NSObject <NSCopying>
+@end
