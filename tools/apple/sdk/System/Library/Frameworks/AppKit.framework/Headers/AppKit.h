@@ -1,0 +1,12 @@
+#pragma once
+
+#import <AppKit/AppKitDefines.h>
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSGraphics.h>
+#import <AppKit/NSPrintInfo.h>
+#import <AppKit/NSPrintOperation.h>
+#import <AppKit/NSResponder.h>
+#import <AppKit/NSView.h>
+#import <AppKit/NSWindow.h>
+#import <CoreGraphics/CoreGraphics.h>
+#import <Foundation/Foundation.h>
