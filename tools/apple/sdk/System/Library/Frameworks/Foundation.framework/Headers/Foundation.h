@@ -1,7 +1,6 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
-#include <dispatch/dispatch.h>
 #import <Foundation/NSArray.h>
 #import <Foundation/NSBundle.h>
 #import <Foundation/NSCalendar.h>
@@ -10,6 +9,7 @@
 #import <Foundation/NSDictionary.h>
 #import <Foundation/NSError.h>
 #import <Foundation/NSException.h>
+#import <Foundation/NSFileHandle.h>
 #import <Foundation/NSFileManager.h>
 #import <Foundation/NSGeometry.h>
 #import <Foundation/NSLocale.h>
@@ -20,9 +20,11 @@
 #import <Foundation/NSRange.h>
 #import <Foundation/NSSet.h>
 #import <Foundation/NSString.h>
+#import <Foundation/NSTask.h>
 #import <Foundation/NSTimeZone.h>
 #import <Foundation/NSURL.h>
 #import <Foundation/NSURLSession.h>
 #import <Foundation/NSUUID.h>
 #import <Foundation/NSUserDefaults.h>
 #import <Foundation/NSValue.h>
+#include <dispatch/dispatch.h>
