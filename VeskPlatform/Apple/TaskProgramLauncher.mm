@@ -1,0 +1,100 @@
+#include "VeskPlatform/Apple/TaskProgramLauncher.hpp"
+
+#import "VeskPlatform/Apple/FoundationFileItems.hpp"
+#import "VeskPlatform/Apple/FoundationValues.hpp"
+#import "VeskPlatform/Apple/TaskRunningProgram.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
+
+#include <algorithm>
+#include <cerrno>
+
+namespace vesk {
+namespace {
+
+bool hasNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
+
+bool isVariable(const std::pair<const std::string, std::string>& variable) {
+    const auto& [name, value] = variable;
+    return !name.empty() && name.find('=') == std::string::npos && !hasNul(name) && !hasNul(value);
+}
+
+/// What a program cannot be told as it stands would reach it as something else.
+void checkWords(const ProgramLaunch& launch) {
+    if (hasNul(launch.executable) || std::ranges::any_of(launch.arguments, hasNul)
+        || !std::ranges::all_of(launch.variables, isVariable) || hasNul(launch.workingDirectory.value_or("")))
+        throw PosixError(EINVAL, launch.executable);
+}
+
+/// The system's failure to enter it would not say which of the two paths it is about.
+NSURL* enterableFolder(const std::string& path) {
+    const auto item = fileItem(path);
+    if (!item) throw PosixError(ENOENT, path);
+    if (!item->isDirectory) throw PosixError(ENOTDIR, path);
+    // Of a folder this is the right to enter it.
+    if (![NSFileManager.defaultManager isExecutableFileAtPath:nsString(path)]) throw PosixError(EACCES, path);
+    return [NSURL fileURLWithPath:nsString(path) isDirectory:YES];
+}
+
+NSArray<NSString*>* argumentsOf(const ProgramLaunch& launch) {
+    NSMutableArray<NSString*>* arguments = [NSMutableArray arrayWithCapacity:launch.arguments.size()];
+    for (const std::string& argument : launch.arguments) [arguments addObject:nsString(argument)];
+    return arguments;
+}
+
+/// What this process has, with the launch's own in place of those of the same names.
+NSDictionary<NSString*, NSString*>* environmentOf(const ProgramLaunch& launch) {
+    NSMutableDictionary<NSString*, NSString*>* environment =
+        [NSMutableDictionary dictionaryWithDictionary:NSProcessInfo.processInfo.environment];
+    for (const auto& [name, value] : launch.variables) environment[nsString(name)] = nsString(value);
+    return environment;
+}
+
+NSTask* taskFor(const ProgramLaunch& launch) {
+    NSTask* task = [[NSTask alloc] init];
+    task.executableURL = usableFileUrl(launch.executable);
+    task.arguments = argumentsOf(launch);
+    if (launch.workingDirectory) task.currentDirectoryURL = enterableFolder(*launch.workingDirectory);
+    if (!launch.variables.empty()) task.environment = environmentOf(launch);
+    return task;
+}
+
+NSPipe* pipeFor(const ProgramLaunch& launch) {
+    NSPipe* pipe = [NSPipe pipe];
+    if (pipe == nil) throw PosixError(EMFILE, launch.executable);
+    return pipe;
+}
+
+/// Handles and not pipes are given to the task, which would close this process's writing ends of pipes.
+TaskStreams connectedStreams(NSTask* task, const ProgramLaunch& launch) {
+    TaskStreams streams;
+    if (launch.takesInput) {
+        NSPipe* input = pipeFor(launch);
+        task.standardInput = input.fileHandleForReading;
+        streams.inputReading = input.fileHandleForReading;
+        streams.input = input.fileHandleForWriting;
+    }
+    streams.output = pipeFor(launch);
+    streams.errors = pipeFor(launch);
+    task.standardOutput = streams.output.fileHandleForWriting;
+    task.standardError = streams.errors.fileHandleForWriting;
+    return streams;
+}
+
+} // namespace
+
+std::unique_ptr<RunningProgram> TaskProgramLauncher::launch(const ProgramLaunch& launch) {
+    checkWords(launch);
+    NSTask* task = taskFor(launch);
+    TaskStreams streams = connectedStreams(task, launch);
+    dispatch_semaphore_t ended = dispatch_semaphore_create(0);
+    task.terminationHandler = ^(NSTask*) {
+      dispatch_semaphore_signal(ended);
+    };
+    NSError* error = nil;
+    if (![task launchAndReturnError:&error]) throw PosixError(systemErrorNumberOf(error), launch.executable);
+    [streams.inputReading closeAndReturnError:nil]; // the program has its own
+    streams.inputReading = nil;
+    return std::make_unique<TaskRunningProgram>(task, ended, streams, launch.executable, stallLimit_);
+}
+
+} // namespace vesk
