@@ -12,10 +12,16 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace vesk {
 
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wnullable-to-nonnull-conversion"
+/// A pointer that was looked at and is not nil: the compiler does not follow what a condition tells.
+template <class Pointer> Pointer _Nonnull known(Pointer _Nullable pointer) { return pointer; }
+#pragma clang diagnostic pop
+
 /// Throws ErrorRecord "NSCocoaErrorDomain" 261 for bytes that are no UTF-8.
 NSString* nsString(std::string_view text);
 /// None stays none.
-NSString* _Nullable nsString(const std::optional<std::string>& text);
+NSString* _Nullable optionalNsString(const std::optional<std::string>& text);
 /// A lone surrogate, which UTF-8 has no bytes for, becomes a question mark.
 std::string utf8(NSString* text);
 /// None where there is no text.

@@ -8,14 +8,14 @@
 namespace vesk {
 
 NSString* nsString(std::string_view text) {
-    NSString* converted = [[NSString alloc] initWithBytes:text.data()
-                                                   length:text.size()
-                                                 encoding:NSUTF8StringEncoding];
+    NSString* converted = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
     if (converted != nil) return converted;
     throw ErrorRecord("NSCocoaErrorDomain", NSFileReadInapplicableStringEncodingError, "The text is not valid UTF-8.");
 }
 
-NSString* _Nullable nsString(const std::optional<std::string>& text) { return text ? nsString(*text) : nil; }
+NSString* _Nullable optionalNsString(const std::optional<std::string>& text) {
+    return text ? nsString(*text) : nil;
+}
 
 std::string utf8(NSString* text) {
     // Not by UTF8String, which ends at a null character.
@@ -25,7 +25,7 @@ std::string utf8(NSString* text) {
 
 std::optional<std::string> optionalUtf8(NSString* _Nullable text) {
     if (text == nil) return std::nullopt;
-    return utf8(text);
+    return utf8(known(text));
 }
 
 Instant instant(NSDate* date) {
@@ -35,7 +35,7 @@ Instant instant(NSDate* date) {
 
 std::optional<Instant> optionalInstant(NSDate* _Nullable date) {
     if (date == nil) return std::nullopt;
-    return instant(date);
+    return instant(known(date));
 }
 
 NSDate* nsDate(Instant instant) {

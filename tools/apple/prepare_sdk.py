@@ -22,12 +22,14 @@ DARWIN_TYPES = {
     "nlink_t": "unsigned short", "mode_t": "unsigned short",
 }
 
-# The libraries that stubs are made for, beside the frameworks: where each lies on a Mac.
+# The libraries that stubs are made for, beside the frameworks: the stub's place, and where each lies on a Mac.
 LIBRARIES = {
     "libSystem": ("usr/lib/libSystem.tbd", "/usr/lib/libSystem.B.dylib"),
     "libobjc": ("usr/lib/libobjc.tbd", "/usr/lib/libobjc.A.dylib"),
     "libc++": ("usr/lib/libc++.tbd", "/usr/lib/libc++.1.dylib"),
-    "libicu": ("usr/local/lib/libicu.tbd", "/opt/homebrew/opt/icu4c/lib/libicu.dylib"),
+    "libicui18n": ("usr/local/lib/libicui18n.a", "libicui18n"),
+    "libicuuc": ("usr/local/lib/libicuuc.a", "libicuuc"),
+    "libicudata": ("usr/local/lib/libicudata.a", "libicudata"),
 }
 
 
