@@ -1,3 +1,5 @@
+#pragma once
+
 #import <Foundation/NSArray.h>
 #import <Foundation/NSError.h>
 #import <Foundation/NSObject.h>
