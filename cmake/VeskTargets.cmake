@@ -22,10 +22,14 @@ target_compile_options(vesk_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow)
 if(VESK_WARNINGS_AS_ERRORS)
   target_compile_options(vesk_flags INTERFACE -Werror)
 endif()
-target_compile_options(vesk_flags INTERFACE -ffunction-sections -fdata-sections)
-target_link_options(vesk_flags INTERFACE -Wl,--gc-sections)
-if(NOT VESK_FUZZ) # libFuzzer shares library symbols with libstdc++, and crashes on copies of its own
-  target_link_options(vesk_flags INTERFACE -Wl,--exclude-libs,ALL)
+if(APPLE)
+  include(VeskAppleFlags)
+else()
+  target_compile_options(vesk_flags INTERFACE -ffunction-sections -fdata-sections)
+  target_link_options(vesk_flags INTERFACE -Wl,--gc-sections)
+  if(NOT VESK_FUZZ) # libFuzzer shares library symbols with libstdc++, and crashes on copies of its own
+    target_link_options(vesk_flags INTERFACE -Wl,--exclude-libs,ALL)
+  endif()
 endif()
 target_include_directories(vesk_flags INTERFACE ${CMAKE_SOURCE_DIR})
 

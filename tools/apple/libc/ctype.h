@@ -1,0 +1,4 @@
+#pragma once
+
+#include "runetype.h"
+#include_next <ctype.h>

@@ -1,0 +1,116 @@
+#!/usr/bin/python3
+"""Lays out what the check of the macOS build compiles and links against: our own declarations of Apple's frameworks, a
+C library's headers with Darwin's types, the headers of portable libraries, and stubs with the symbols that we allow.
+
+Arguments: the repository, the folder to write. Nothing is written that stands already, so that a build sees no change.
+"""
+
+import os
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+MUSL = Path("/usr/include/x86_64-linux-musl")
+LIBCXX = Path("/usr/lib/llvm-19/include/c++/v1")
+PORTABLE_HEADERS = ("unicode", "nlohmann", "asio", "asio.hpp", "CLI")
+
+# Types that Darwin's C library has otherwise than musl on x86_64; they are part of mangled names and of overloads.
+DARWIN_TYPES = {
+    "int64_t": "signed long long", "uint64_t": "unsigned long long", "u_int64_t": "unsigned long long",
+    "time_t": "long", "intmax_t": "long", "uintmax_t": "unsigned long", "suseconds_t": "int", "dev_t": "int",
+    "nlink_t": "unsigned short", "mode_t": "unsigned short",
+}
+
+# The libraries that stubs are made for, beside the frameworks: the stub's place, and where each lies on a Mac.
+LIBRARIES = {
+    "libSystem": ("usr/lib/libSystem.tbd", "/usr/lib/libSystem.B.dylib"),
+    "libobjc": ("usr/lib/libobjc.tbd", "/usr/lib/libobjc.A.dylib"),
+    "libc++": ("usr/lib/libc++.tbd", "/usr/lib/libc++.1.dylib"),
+    "libicui18n": ("usr/local/lib/libicui18n.a", "libicui18n"),
+    "libicuuc": ("usr/local/lib/libicuuc.a", "libicuuc"),
+    "libicudata": ("usr/local/lib/libicudata.a", "libicudata"),
+}
+
+
+def write(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    if not path.exists() or path.read_text(encoding="utf-8") != text:
+        path.write_text(text, encoding="utf-8")
+
+
+def link(path, target):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    if not path.is_symlink() or os.readlink(path) != str(target):
+        path.unlink(missing_ok=True)
+        path.symlink_to(target)
+
+
+def darwin_types(text):
+    for name, definition in DARWIN_TYPES.items():
+        text, count = re.subn(rf"^typedef .*\b{name};$", f"typedef {definition} {name};", text, flags=re.MULTILINE)
+        if count == 0:
+            raise SystemExit(f"prepare_sdk: musl's headers define no {name}")
+    return text
+
+
+def lay_out_headers(repository, folder):
+    write(folder / "libc/bits/alltypes.h", darwin_types((MUSL / "bits/alltypes.h").read_text(encoding="utf-8")))
+    # Debian's library says that it is the system's own. Without that line, what macOS 14 lacks is refused.
+    site = (LIBCXX / "__config_site").read_text(encoding="utf-8")
+    write(folder / "site/__config_site",
+          re.sub(r"^#define _LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS\n", "", site, flags=re.MULTILINE))
+    for name in PORTABLE_HEADERS:
+        link(folder / "portable" / name, Path("/usr/include") / name)
+    for framework in (repository / "tools/apple/sdk/System/Library/Frameworks").iterdir():
+        link(folder / "sdk/System/Library/Frameworks" / framework.name / "Headers", framework / "Headers")
+
+
+def listed(path):
+    """The symbols of a list, in the linker's spelling, and its Objective-C classes."""
+    symbols, classes, patterns = [], [], []
+    for line in path.read_text(encoding="utf-8").splitlines():
+        entry = line.split("#")[0].strip()
+        if entry.startswith("class "):
+            classes.append(entry.removeprefix("class "))
+        elif entry.startswith("c++ "):
+            patterns.append(entry.removeprefix("c++ "))
+        elif entry:
+            symbols.append("_" + entry)
+    return symbols, classes, patterns
+
+
+def stub(install_name, symbols, classes):
+    def names(values):
+        return "[ " + ", ".join(f"'{value}'" for value in sorted(values)) + " ]"
+
+    lines = ["--- !tapi-tbd", "tbd-version: 4", "targets: [ arm64-macos ]", f"install-name: '{install_name}'"]
+    if symbols or classes:
+        lines += ["exports:", "  - targets: [ arm64-macos ]"]
+    if symbols:
+        lines.append("    symbols: " + names(symbols))
+    if classes:
+        lines.append("    objc-classes: " + names(classes))
+    return "\n".join(lines) + "\n...\n"
+
+
+def lay_out_stubs(repository, folder):
+    for path in sorted((repository / "tools/apple/symbols").glob("*.txt")):
+        name = path.stem
+        symbols, classes, _ = listed(path)
+        if name in LIBRARIES:
+            place, install_name = LIBRARIES[name]
+        else:
+            place = f"System/Library/Frameworks/{name}.framework/{name}.tbd"
+            install_name = f"/System/Library/Frameworks/{name}.framework/Versions/A/{name}"
+        write(folder / "sdk" / place, stub(install_name, symbols, classes))
+
+
+def main():
+    repository, folder = Path(sys.argv[1]).resolve(), Path(sys.argv[2]).resolve()
+    lay_out_headers(repository, folder)
+    lay_out_stubs(repository, folder)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <CoreFoundation/CFBase.h>
+#include <CoreFoundation/CFCollections.h>
+#include <CoreFoundation/CFNumber.h>
+#include <CoreFoundation/CFRunLoop.h>
+#include <CoreFoundation/CFString.h>
+#include <CoreFoundation/CFURL.h>

@@ -1,0 +1,13 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface NSLocale : NSObject <NSCopying, NSSecureCoding>
+@property(class, readonly, copy) NSLocale* currentLocale;
+@property(class, readonly, strong) NSLocale* autoupdatingCurrentLocale;
+@property(readonly, copy) NSString* localeIdentifier;
+@end
+
+NS_ASSUME_NONNULL_END
