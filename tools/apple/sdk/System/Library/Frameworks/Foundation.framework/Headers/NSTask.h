@@ -8,11 +8,6 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-typedef NS_ENUM(NSInteger, NSTaskTerminationReason) {
-    NSTaskTerminationReasonExit = 1,
-    NSTaskTerminationReasonUncaughtSignal = 2,
-};
-
 @interface NSTask : NSObject
 - (instancetype)init;
 @property(nullable, copy) NSURL* executableURL;
@@ -22,9 +17,8 @@ typedef NS_ENUM(NSInteger, NSTaskTerminationReason) {
 @property(nullable, retain) id standardError;
 - (BOOL)launchAndReturnError:(NSError**)error;
 - (void)waitUntilExit;
-@property(readonly, getter=isRunning) BOOL running;
+@property(nullable, copy) void (^terminationHandler)(NSTask* task);
 @property(readonly) int terminationStatus;
-@property(readonly) NSTaskTerminationReason terminationReason;
 @end
 
 NS_ASSUME_NONNULL_END
