@@ -13,9 +13,7 @@ NSString* nsString(std::string_view text) {
     throw ErrorRecord("NSCocoaErrorDomain", NSFileReadInapplicableStringEncodingError, "The text is not valid UTF-8.");
 }
 
-NSString* _Nullable optionalNsString(const std::optional<std::string>& text) {
-    return text ? nsString(*text) : nil;
-}
+NSString* _Nullable optionalNsString(const std::optional<std::string>& text) { return text ? nsString(*text) : nil; }
 
 std::string utf8(NSString* text) {
     // Not by UTF8String, which ends at a null character.
@@ -29,7 +27,10 @@ std::optional<std::string> optionalUtf8(NSString* _Nullable text) {
 }
 
 Instant instant(NSDate* date) {
-    const std::chrono::duration<double, std::milli> sinceEpoch{std::floor(date.timeIntervalSince1970 * 1'000.0)};
+    // A date counts from another year, so that a whole millisecond comes back as a few parts of a million less.
+    constexpr double rounding = 0.001;
+    const std::chrono::duration<double, std::milli> sinceEpoch{
+        std::floor(date.timeIntervalSince1970 * 1'000.0 + rounding)};
     return Instant{std::chrono::duration_cast<Instant::duration>(sinceEpoch)};
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
+#import <Foundation/NSAppleEventDescriptor.h>
+#import <Foundation/NSAppleScript.h>
 #import <Foundation/NSArray.h>
 #import <Foundation/NSBundle.h>
 #import <Foundation/NSCalendar.h>
@@ -15,6 +17,7 @@
 #import <Foundation/NSLocale.h>
 #import <Foundation/NSObjCRuntime.h>
 #import <Foundation/NSObject.h>
+#import <Foundation/NSPredicate.h>
 #import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSPropertyList.h>
 #import <Foundation/NSRange.h>

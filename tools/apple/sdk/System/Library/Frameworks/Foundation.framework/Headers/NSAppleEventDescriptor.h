@@ -1,3 +1,5 @@
+#pragma once
+
 #import <CoreServices/CoreServices.h>
 #import <Foundation/NSObject.h>
 #import <Foundation/NSString.h>

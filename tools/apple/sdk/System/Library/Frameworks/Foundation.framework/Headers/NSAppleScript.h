@@ -1,3 +1,5 @@
+#pragma once
+
 #import <Foundation/NSDictionary.h>
 #import <Foundation/NSObject.h>
 #import <Foundation/NSString.h>

@@ -22,6 +22,7 @@ typedef struct {
 + (instancetype)arrayWithObject:(ObjectType)object;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
 - (BOOL)containsObject:(ObjectType)object;
+- (NSArray<ObjectType>*)arrayByAddingObject:(ObjectType)object;
 - (NSArray<ObjectType>*)arrayByAddingObjectsFromArray:(NSArray<ObjectType>*)others;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer

@@ -13,6 +13,9 @@ FOUNDATION_EXPORT const NSErrorUserInfoKey NSUnderlyingErrorKey;
 FOUNDATION_EXPORT const NSErrorUserInfoKey NSLocalizedDescriptionKey;
 
 @interface NSError : NSObject <NSCopying, NSSecureCoding>
++ (instancetype)errorWithDomain:(NSErrorDomain)domain
+                           code:(NSInteger)code
+                       userInfo:(nullable NSDictionary<NSErrorUserInfoKey, id>*)userInfo;
 @property(readonly, copy) NSErrorDomain domain;
 @property(readonly) NSInteger code;
 @property(readonly, copy) NSDictionary<NSErrorUserInfoKey, id>* userInfo;
@@ -35,6 +38,7 @@ enum : NSInteger {
     NSFileWriteOutOfSpaceError = 640,
     NSFileWriteVolumeReadOnlyError = 642,
     NSPropertyListReadCorruptError = 3840,
+    NSPropertyListWriteInvalidError = 3851,
 };
 
 NS_ASSUME_NONNULL_END

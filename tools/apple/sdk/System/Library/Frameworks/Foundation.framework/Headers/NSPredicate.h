@@ -1,3 +1,5 @@
+#pragma once
+
 #import <Foundation/NSObject.h>
 
 @interface NSPredicate : NSObject <NSCopying>
