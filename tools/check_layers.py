@@ -5,7 +5,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]', re.MULTILINE)
+INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s+([<"])([^>"]+)[>"]', re.MULTILINE)
 STANDARD = re.compile(r"^[a-z_]+$")  # <vector>; not <unistd.h>, not <unicode/unistr.h>
 
 # The first prefix that fits a file decides: the house's own headers that it may include, and whether it may include
@@ -14,12 +14,13 @@ LAYERS = [
     ("VeskSupport/", ("VeskSupport/",), True),
     ("VeskPlatform/Linux/", ("VeskPlatform/", "VeskSupport/"), True),
     ("VeskPlatform/Apple/", ("VeskPlatform/", "VeskSupport/"), True),
+    ("VeskPlatform/Portable/", ("VeskPlatform/", "VeskSupport/"), True),
     ("VeskPlatform/", ("VeskPlatform/", "VeskSupport/"), False),
     ("VeskShellCore/", ("VeskShellCore/", "VeskPlatform/", "VeskSupport/"), False),
     ("VeskCapabilityBroker/", ("VeskCapabilityBroker/", "VeskShellCore/", "VeskPlatform/", "VeskSupport/"), True),
     ("vesk/", ("vesk/", "VeskShellCore/", "VeskPlatform/", "VeskSupport/"), True),
 ]
-ADAPTERS = ("VeskPlatform/Linux/", "VeskPlatform/Apple/")
+ADAPTERS = ("VeskPlatform/Linux/", "VeskPlatform/Apple/", "VeskPlatform/Portable/")
 BLIND_TO_ADAPTERS = ("VeskShellCore/",)
 
 CONDITION = re.compile(r"\b(?:if|while|switch)\s*(?:constexpr\s*)?\(")
@@ -67,7 +68,7 @@ def house_findings(name, text):
 def main():
     root = Path(sys.argv[1])
     listing = subprocess.run(
-        ["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.cpp", "*.hpp"],
+        ["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.cpp", "*.hpp", "*.mm"],
         cwd=root, check=True, capture_output=True, text=True)
     findings = 0
     for name in sorted(set(listing.stdout.splitlines())):

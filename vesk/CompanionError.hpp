@@ -11,7 +11,7 @@ namespace vesk {
 /// kind's number.
 class CompanionError : public ErrorRecord {
 public:
-    enum class Kind { noSession = 1, noGrant = 2, notKept = 3, noSignOut = 4 };
+    enum class Kind { noSession = 1, noGrant = 2, notKept = 3, noSignOut = 4, systemsOwn = 5 };
 
     CompanionError(Kind kind, const std::string& description)
         : ErrorRecord("VeskCompanion", static_cast<std::int64_t>(kind), description) {}

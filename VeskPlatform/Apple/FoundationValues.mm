@@ -13,9 +13,7 @@ NSString* nsString(std::string_view text) {
     throw ErrorRecord("NSCocoaErrorDomain", NSFileReadInapplicableStringEncodingError, "The text is not valid UTF-8.");
 }
 
-NSString* _Nullable optionalNsString(const std::optional<std::string>& text) {
-    return text ? nsString(*text) : nil;
-}
+NSString* _Nullable optionalNsString(const std::optional<std::string>& text) { return text ? nsString(*text) : nil; }
 
 std::string utf8(NSString* text) {
     // Not by UTF8String, which ends at a null character.

@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/PropertyList.hpp"
 
 #include "VeskPlatform/Linux/BinaryListSize.hpp"
+#include "VeskPlatform/Portable/PropertyListJson.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -105,27 +106,6 @@ OwnedPlist withHarmlessKeys(OwnedPlist root) {
     return xml == nullptr ? OwnedPlist() : parsed({xml, length});
 }
 
-JsonValue json(const PropertyListValue& value);
-
-struct JsonOf {
-    JsonValue operator()(std::monostate) const { return {}; }
-    JsonValue operator()(const PropertyListValue::Data&) const { return {}; }
-    JsonValue operator()(const PropertyListValue::Array& array) const {
-        JsonValue::Array result;
-        result.reserve(array.size());
-        for (const PropertyListValue& item : array) result.push_back(json(item));
-        return {std::move(result)};
-    }
-    JsonValue operator()(const PropertyListValue::Dictionary& dictionary) const {
-        JsonValue::Object result;
-        for (const auto& [key, item] : dictionary) result.emplace(key, json(item));
-        return {std::move(result)};
-    }
-    template <class T> JsonValue operator()(const T& value) const { return {value}; }
-};
-
-JsonValue json(const PropertyListValue& value) { return std::visit(JsonOf{}, value.value); }
-
 [[noreturn]] void cannotWrite(const std::string& what) {
     constexpr std::int64_t writeInvalid = 3851; // NSPropertyListWriteInvalidError
     throw ErrorRecord("NSCocoaErrorDomain", writeInvalid, "A property list cannot hold " + what + ".");
@@ -181,7 +161,7 @@ std::optional<PropertyListValue> readPropertyList(std::string_view bytes) {
 
 std::optional<JsonValue> parsePropertyList(std::string_view bytes) {
     const auto value = readPropertyList(bytes);
-    return value ? std::optional(json(*value)) : std::nullopt;
+    return value ? std::optional(jsonOf(*value)) : std::nullopt;
 }
 
 std::string LibplistCoder::encodeBinary(const PropertyListValue& value) {

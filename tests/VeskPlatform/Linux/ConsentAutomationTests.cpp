@@ -2,7 +2,7 @@
 
 #include "VeskPlatform/Linux/ConsentPrompt.hpp"
 #include "VeskPlatform/Linux/SqliteConsent.hpp"
-#include "VeskPlatform/Linux/TimerSleeper.hpp"
+#include "VeskPlatform/Portable/TimerSleeper.hpp"
 #include "tests/fakes/FakeBasics.hpp"
 #include "tests/fakes/RunTask.hpp"
 #include "tests/support/TemporaryFolder.hpp"

@@ -31,6 +31,7 @@ enum : NSInteger {
     NSFileWriteFileExistsError = 516,
     NSFileWriteOutOfSpaceError = 640,
     NSPropertyListReadCorruptError = 3840,
+    NSPropertyListWriteInvalidError = 3851,
 };
 
 NS_ASSUME_NONNULL_END

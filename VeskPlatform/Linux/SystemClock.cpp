@@ -1,7 +1,0 @@
-#include "VeskPlatform/Linux/SystemClock.hpp"
-
-namespace vesk {
-
-Instant SystemClock::now() { return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()); }
-
-} // namespace vesk
