@@ -21,6 +21,7 @@ typedef struct {
 + (instancetype)array;
 + (instancetype)arrayWithObject:(ObjectType)object;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
+- (NSArray<ObjectType>*)arrayByAddingObject:(ObjectType)object;
 - (NSArray<ObjectType>*)arrayByAddingObjectsFromArray:(NSArray<ObjectType>*)others;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer

@@ -29,6 +29,8 @@ NS_ROOT_CLASS
 
 @protocol NSCopying
 @end
+@protocol NSMutableCopying
+@end
 @protocol NSSecureCoding
 @end
 @protocol NSFastEnumeration

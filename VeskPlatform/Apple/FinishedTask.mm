@@ -1,0 +1,61 @@
+#include "VeskPlatform/Apple/FinishedTask.hpp"
+
+#include "VeskPlatform/Apple/FoundationErrors.hpp"
+#include "VeskPlatform/Apple/FoundationValues.hpp"
+
+#import <Foundation/Foundation.h>
+
+namespace vesk {
+namespace {
+
+NSTask* newTask(const std::string& program, const std::vector<std::string>& arguments) {
+    NSMutableArray<NSString*>* texts = [NSMutableArray array];
+    for (const std::string& argument : arguments) [texts addObject:nsString(argument)];
+    NSTask* task = [[NSTask alloc] init];
+    task.executableURL = fileUrl(program);
+    task.arguments = texts;
+    return task;
+}
+
+void launch(NSTask* task) {
+    NSError* error = nil;
+    if (![task launchAndReturnError:&error]) throwError(error);
+}
+
+/// What cannot be read counts as nothing written.
+std::string everythingIn(NSPipe* pipe) {
+    NSData* data = [pipe.fileHandleForReading readDataToEndOfFileAndReturnError:nil];
+    return data == nil ? std::string() : bytes(data);
+}
+
+} // namespace
+
+void startTask(const std::string& program, const std::vector<std::string>& arguments) {
+    @autoreleasepool {
+        launch(newTask(program, arguments));
+    }
+}
+
+int exitStatusOfTask(const std::string& program, const std::vector<std::string>& arguments) {
+    @autoreleasepool {
+        NSTask* task = newTask(program, arguments);
+        launch(task);
+        [task waitUntilExit];
+        return task.terminationStatus;
+    }
+}
+
+FinishedTask finishedTask(const std::string& program, const std::vector<std::string>& arguments) {
+    @autoreleasepool {
+        NSTask* task = newTask(program, arguments);
+        NSPipe* output = [NSPipe pipe];
+        NSPipe* errors = [NSPipe pipe];
+        task.standardOutput = output;
+        task.standardError = errors;
+        launch(task);
+        [task waitUntilExit];
+        return {task.terminationStatus, everythingIn(output), everythingIn(errors)};
+    }
+}
+
+} // namespace vesk

@@ -1,0 +1,4 @@
+#pragma once
+
+#import <AVFoundation/AVCaptureDevice.h>
+#import <AVFoundation/AVMediaFormat.h>

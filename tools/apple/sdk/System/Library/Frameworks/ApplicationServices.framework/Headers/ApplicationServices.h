@@ -1,0 +1,4 @@
+#pragma once
+
+#include <ApplicationServices/AXUIElement.h>
+#include <CoreGraphics/CoreGraphics.h>

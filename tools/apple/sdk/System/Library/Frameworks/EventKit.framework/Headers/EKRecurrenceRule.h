@@ -1,0 +1,6 @@
+#pragma once
+
+#import <EventKit/EKObject.h>
+
+@interface EKRecurrenceRule : EKObject
+@end
