@@ -26,7 +26,7 @@ struct KeyboardEvent {
     std::uint16_t keyCode = 0;
     bool keyDown = false;
     /// The UTF-16 unit that the event types whatever the layout is. A character of two units comes as the events of
-    /// its first unit and then those of its second, and an adapter sends it as one.
+    /// its first unit and then those of its second; an adapter whose system takes whole characters sends it as one.
     std::optional<char16_t> unit{};
     /// 0x20000 shift, 0x40000 control, 0x80000 option, 0x100000 command.
     std::uint32_t flags = 0;

@@ -25,3 +25,5 @@ static inline CGSize CGSizeMake(CGFloat width, CGFloat height) { return CGSize{w
 static inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
     return CGRect{{x, y}, {width, height}};
 }
+
+CF_EXPORT bool CGRectIsNull(CGRect rectangle);

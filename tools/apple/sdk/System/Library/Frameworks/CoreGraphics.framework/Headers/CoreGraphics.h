@@ -1,3 +1,13 @@
 #pragma once
 
-#include <CoreGraphics/CGScreenCaptureAccess.h>
+#include <CoreGraphics/CGBase.h>
+#include <CoreGraphics/CGBitmapContext.h>
+#include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/CGColorSpace.h>
+#include <CoreGraphics/CGContext.h>
+#include <CoreGraphics/CGDirectDisplay.h>
+#include <CoreGraphics/CGError.h>
+#include <CoreGraphics/CGEvent.h>
+#include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/CGImage.h>
+#include <CoreGraphics/CGWindow.h>

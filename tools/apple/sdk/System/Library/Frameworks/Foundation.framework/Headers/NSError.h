@@ -13,6 +13,9 @@ FOUNDATION_EXPORT NSErrorUserInfoKey const NSUnderlyingErrorKey;
 FOUNDATION_EXPORT NSErrorUserInfoKey const NSLocalizedDescriptionKey;
 
 @interface NSError : NSObject <NSCopying, NSSecureCoding>
++ (instancetype)errorWithDomain:(NSErrorDomain)domain
+                           code:(NSInteger)code
+                       userInfo:(nullable NSDictionary<NSErrorUserInfoKey, id>*)userInfo;
 @property(readonly, copy) NSErrorDomain domain;
 @property(readonly) NSInteger code;
 @property(readonly, copy) NSDictionary<NSErrorUserInfoKey, id>* userInfo;

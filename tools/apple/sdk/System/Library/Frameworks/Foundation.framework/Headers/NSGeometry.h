@@ -1,6 +1,7 @@
 #pragma once
 
 #import <CoreGraphics/CGGeometry.h>
+#import <Foundation/NSValue.h>
 
 typedef CGPoint NSPoint;
 typedef CGSize NSSize;
@@ -10,3 +11,11 @@ static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat hei
     return NSRect{{x, y}, {width, height}};
 }
 static inline NSSize NSMakeSize(CGFloat width, CGFloat height) { return NSSize{width, height}; }
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface NSValue (NSValueGeometryExtensions)
++ (NSValue*)valueWithSize:(NSSize)size;
+@end
+
+NS_ASSUME_NONNULL_END

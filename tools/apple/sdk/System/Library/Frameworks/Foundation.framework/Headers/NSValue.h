@@ -16,6 +16,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (NSNumber*)numberWithUnsignedLong:(unsigned long)value;
 + (NSNumber*)numberWithLongLong:(long long)value;
 + (NSNumber*)numberWithUnsignedLongLong:(unsigned long long)value;
++ (NSNumber*)numberWithInteger:(NSInteger)value;
 + (NSNumber*)numberWithDouble:(double)value;
 @property(readonly) BOOL boolValue;
 @property(readonly) int intValue;

@@ -1,0 +1,44 @@
+#include "VeskPlatform/Apple/QuartzDisplays.hpp"
+
+#include "VeskPlatform/Apple/QuartzGeometry.hpp"
+#include "VeskPlatform/Apple/QuartzImage.hpp"
+
+#import <CoreGraphics/CoreGraphics.h>
+
+#include <algorithm>
+#include <type_traits>
+
+namespace vesk {
+
+static_assert(std::is_same_v<DisplayIdentifier, CGDirectDisplayID>);
+
+std::optional<std::size_t> QuartzDisplays::count() {
+    std::uint32_t count = 0;
+    if (CGGetActiveDisplayList(0, nullptr, &count) != kCGErrorSuccess) return std::nullopt;
+    return count;
+}
+
+/// There may be fewer by now than there is room for.
+std::optional<std::vector<DisplayIdentifier>> QuartzDisplays::list(std::size_t capacity) {
+    std::vector<DisplayIdentifier> displays(capacity);
+    std::uint32_t count = 0;
+    if (CGGetActiveDisplayList(static_cast<std::uint32_t>(capacity), displays.data(), &count) != kCGErrorSuccess)
+        return std::nullopt;
+    displays.resize(std::min<std::size_t>(count, capacity));
+    return displays;
+}
+
+ScreenRectangle QuartzDisplays::bounds(DisplayIdentifier display) {
+    const CGRect bounds = CGDisplayBounds(display);
+    if (CGRectIsNull(bounds)) return {};
+    return {bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
+}
+
+std::unique_ptr<ScreenImage> QuartzDisplays::capture(DisplayIdentifier display) {
+    // Of all ways to a picture the only one that answers at once. Headers of macOS 15 have it for programs that are
+    // built for macOS 14, as this one is.
+    CFOwned<CGImageRef> image(CGDisplayCreateImage(display));
+    return image ? std::make_unique<QuartzImage>(std::move(image)) : nullptr;
+}
+
+} // namespace vesk

@@ -1,0 +1,20 @@
+#pragma once
+
+#import <AppKit/AppKitDefines.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSWindow;
+
+@interface NSPrintOperation : NSObject
+@property(nullable, copy) NSString* jobTitle;
+@property BOOL showsPrintPanel;
+@property BOOL showsProgressPanel;
+@property BOOL canSpawnSeparateThread;
+- (void)runOperationModalForWindow:(NSWindow*)window
+                          delegate:(nullable id)delegate
+                    didRunSelector:(nullable SEL)selector
+                       contextInfo:(nullable void*)context;
+@end
+
+NS_ASSUME_NONNULL_END

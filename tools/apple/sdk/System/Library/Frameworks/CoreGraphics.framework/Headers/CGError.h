@@ -1,0 +1,8 @@
+#pragma once
+
+#include <CoreGraphics/CGBase.h>
+
+typedef CF_ENUM(int32_t, CGError) {
+    kCGErrorSuccess = 0,
+    kCGErrorFailure = 1000,
+};

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreGraphics/CoreGraphics.h>
+
+#define IMAGEIO_EXTERN CF_EXPORT

@@ -1,0 +1,3 @@
+#pragma once
+
+#import <PDFKit/PDFDocument.h>

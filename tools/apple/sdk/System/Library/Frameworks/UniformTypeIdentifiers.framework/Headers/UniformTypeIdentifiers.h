@@ -1,0 +1,4 @@
+#pragma once
+
+#import <UniformTypeIdentifiers/UTCoreTypes.h>
+#import <UniformTypeIdentifiers/UTType.h>
