@@ -31,3 +31,4 @@
 #import <Foundation/NSUUID.h>
 #import <Foundation/NSUserDefaults.h>
 #import <Foundation/NSValue.h>
+#include <dispatch/dispatch.h>
