@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <dispatch/dispatch.h>
 #import <Foundation/NSAppleEventDescriptor.h>
 #import <Foundation/NSAppleScript.h>
 #import <Foundation/NSArray.h>

@@ -21,8 +21,8 @@ typedef struct {
 + (instancetype)array;
 + (instancetype)arrayWithObject:(ObjectType)object;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
-- (BOOL)containsObject:(ObjectType)object;
 - (NSArray<ObjectType>*)arrayByAddingObject:(ObjectType)object;
+- (BOOL)containsObject:(ObjectType)object;
 - (NSArray<ObjectType>*)arrayByAddingObjectsFromArray:(NSArray<ObjectType>*)others;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
