@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGBase.h>
 #include <CoreGraphics/CGBitmapContext.h>
 #include <CoreGraphics/CGColor.h>

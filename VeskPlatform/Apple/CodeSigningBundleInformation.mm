@@ -1,0 +1,85 @@
+#include "VeskPlatform/Apple/CodeSigningBundleInformation.hpp"
+
+#import "VeskPlatform/Apple/CoreFoundationReference.hpp"
+#import "VeskPlatform/Apple/FoundationFileItems.hpp"
+#import "VeskPlatform/Apple/FoundationValues.hpp"
+#import "VeskPlatform/Apple/PropertyListValues.hpp"
+
+#import <Security/Security.h>
+
+#include <utility>
+
+namespace vesk {
+namespace {
+
+constexpr SecCSFlags noFlags = 0, signingInformation = 2;
+static_assert(noFlags == kSecCSDefaultFlags && signingInformation == kSecCSSigningInformation);
+
+JsonValue jsonValue(const PropertyListValue& value);
+
+/// Kinds that JSON has no word for are null.
+struct JsonOf {
+    JsonValue operator()(std::monostate) const { return {}; }
+    JsonValue operator()(const PropertyListValue::Data&) const { return {}; }
+    JsonValue operator()(bool value) const { return {value}; }
+    JsonValue operator()(std::int64_t value) const { return {value}; }
+    JsonValue operator()(double value) const { return {value}; }
+    JsonValue operator()(const std::string& value) const { return {value}; }
+    JsonValue operator()(const PropertyListValue::Array& array) const {
+        JsonValue::Array result;
+        for (const PropertyListValue& item : array) result.push_back(jsonValue(item));
+        return {std::move(result)};
+    }
+    JsonValue operator()(const PropertyListValue::Dictionary& dictionary) const {
+        JsonValue::Object result;
+        for (const auto& [key, item] : dictionary) result.insert_or_assign(key, jsonValue(item));
+        return {std::move(result)};
+    }
+};
+
+JsonValue jsonValue(const PropertyListValue& value) { return std::visit(JsonOf{}, value.value); }
+
+/// Empty where it is no dictionary.
+JsonValue::Object jsonObject(id<NSObject> _Nullable list) {
+    JsonValue json = jsonValue(propertyListValue(list));
+    auto* object = std::get_if<JsonValue::Object>(&json.value);
+    return object == nullptr ? JsonValue::Object{} : std::move(*object);
+}
+
+/// The main bundle is asked for as such: a bare program carries its dictionary in itself and not in its folder.
+NSBundle* _Nullable openBundle(NSString* path) {
+    NSBundle* main = NSBundle.mainBundle;
+    return [main.bundlePath isEqualToString:path] ? main : [NSBundle bundleWithPath:path];
+}
+
+CFOwned<SecStaticCodeRef> staticCode(NSURL* url) {
+    CFOwned<SecStaticCodeRef> code;
+    if (SecStaticCodeCreateWithPath((__bridge CFURLRef)url, noFlags, code.out()) != errSecSuccess) return {};
+    return code;
+}
+
+CFOwned<CFDictionaryRef> signingInformationOf(SecStaticCodeRef code) {
+    CFOwned<CFDictionaryRef> information;
+    if (SecCodeCopySigningInformation(code, signingInformation, information.out()) != errSecSuccess) return {};
+    return information;
+}
+
+} // namespace
+
+JsonValue::Object CodeSigningBundleInformation::informationDictionary(const Bundle& bundle) {
+    NSString* path = namedPath(bundle.path);
+    return path == nil ? JsonValue::Object{} : jsonObject(openBundle(path).infoDictionary);
+}
+
+JsonValue::Object CodeSigningBundleInformation::entitlements(const std::string& path) {
+    NSString* name = namedPath(path);
+    if (name == nil) return {};
+    const CFOwned<SecStaticCodeRef> code = staticCode([NSURL fileURLWithPath:name]);
+    if (!code) return {};
+    const CFOwned<CFDictionaryRef> information = signingInformationOf(code.get());
+    if (!information) return {};
+    NSDictionary<NSString*, id>* told = (__bridge NSDictionary*)information.get();
+    return jsonObject(told[(__bridge NSString*)kSecCodeInfoEntitlementsDict]);
+}
+
+} // namespace vesk

@@ -1,0 +1,4 @@
+#pragma once
+
+#include <CoreMedia/CMTime.h>
+#include <CoreMedia/CMTimeRange.h>

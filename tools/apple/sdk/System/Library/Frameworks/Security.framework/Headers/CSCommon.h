@@ -1,0 +1,9 @@
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+/// A program that runs, and the file of one.
+typedef struct CF_BRIDGED_TYPE(id) __SecCode* SecCodeRef;
+typedef struct CF_BRIDGED_TYPE(id) __SecCode const* SecStaticCodeRef;
+
+typedef CF_OPTIONS(uint32_t, SecCSFlags) { kSecCSDefaultFlags = 0 };
