@@ -105,7 +105,8 @@ public:
     virtual ~MediaComposition() = default;
     virtual bool addVideoTrack() = 0;
     virtual bool addAudioTrack() = 0;
-    /// Puts the first `duration` of a clip's first video or audio track at a time of the timeline. The clip is kept.
+    /// Puts the first `duration` of a clip's first video or audio track at a time of the timeline. The clip is kept; it
+    /// was asked for its tracks of that kind.
     virtual void insertVideo(const std::shared_ptr<MediaAsset>& asset, MediaTime duration, MediaTime at) = 0;
     virtual void insertAudio(const std::shared_ptr<MediaAsset>& asset, MediaTime duration, MediaTime at) = 0;
 };

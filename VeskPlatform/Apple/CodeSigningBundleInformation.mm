@@ -5,6 +5,8 @@
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 #import "VeskPlatform/Apple/PropertyListValues.hpp"
 
+#include "VeskPlatform/Portable/PropertyListJson.hpp"
+
 #import <Security/Security.h>
 
 #include <utility>
@@ -15,33 +17,9 @@ namespace {
 constexpr SecCSFlags noFlags = 0, signingInformation = 2;
 static_assert(noFlags == kSecCSDefaultFlags && signingInformation == kSecCSSigningInformation);
 
-JsonValue jsonValue(const PropertyListValue& value);
-
-/// Kinds that JSON has no word for are null.
-struct JsonOf {
-    JsonValue operator()(std::monostate) const { return {}; }
-    JsonValue operator()(const PropertyListValue::Data&) const { return {}; }
-    JsonValue operator()(bool value) const { return {value}; }
-    JsonValue operator()(std::int64_t value) const { return {value}; }
-    JsonValue operator()(double value) const { return {value}; }
-    JsonValue operator()(const std::string& value) const { return {value}; }
-    JsonValue operator()(const PropertyListValue::Array& array) const {
-        JsonValue::Array result;
-        for (const PropertyListValue& item : array) result.push_back(jsonValue(item));
-        return {std::move(result)};
-    }
-    JsonValue operator()(const PropertyListValue::Dictionary& dictionary) const {
-        JsonValue::Object result;
-        for (const auto& [key, item] : dictionary) result.insert_or_assign(key, jsonValue(item));
-        return {std::move(result)};
-    }
-};
-
-JsonValue jsonValue(const PropertyListValue& value) { return std::visit(JsonOf{}, value.value); }
-
 /// Empty where it is no dictionary.
 JsonValue::Object jsonObject(id<NSObject> _Nullable list) {
-    JsonValue json = jsonValue(propertyListValue(list));
+    JsonValue json = jsonOf(propertyListValue(list));
     auto* object = std::get_if<JsonValue::Object>(&json.value);
     return object == nullptr ? JsonValue::Object{} : std::move(*object);
 }

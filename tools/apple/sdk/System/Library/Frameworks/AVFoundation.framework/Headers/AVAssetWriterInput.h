@@ -16,9 +16,9 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @interface AVAssetWriterInputPixelBufferAdaptor : NSObject
-+ (instancetype)
-    assetWriterInputPixelBufferAdaptorWithAssetWriterInput:(AVAssetWriterInput*)input
-                               sourcePixelBufferAttributes:(nullable NSDictionary<NSString*, id>*)attributes;
++ (instancetype)assetWriterInputPixelBufferAdaptorWithAssetWriterInput:(AVAssetWriterInput*)input
+                                           sourcePixelBufferAttributes:
+                                               (nullable NSDictionary<NSString*, id>*)attributes;
 - (BOOL)appendPixelBuffer:(CVPixelBufferRef)pixelBuffer withPresentationTime:(CMTime)presentationTime;
 @end
 

@@ -6,7 +6,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 FOUNDATION_EXPORT NSString* const AVVideoCodecKey;
 typedef NSString* AVVideoCodecType NS_TYPED_EXTENSIBLE_ENUM;
-FOUNDATION_EXPORT AVVideoCodecType const AVVideoCodecTypeH264;
+FOUNDATION_EXPORT const AVVideoCodecType AVVideoCodecTypeH264;
 FOUNDATION_EXPORT NSString* const AVVideoWidthKey;
 FOUNDATION_EXPORT NSString* const AVVideoHeightKey;
 FOUNDATION_EXPORT NSString* const AVVideoCompressionPropertiesKey;

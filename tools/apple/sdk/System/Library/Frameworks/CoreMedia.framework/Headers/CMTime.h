@@ -15,8 +15,8 @@ typedef CF_OPTIONS(uint32_t, CMTimeFlags) {
     kCMTimeFlags_PositiveInfinity = 1 << 2,
     kCMTimeFlags_NegativeInfinity = 1 << 3,
     kCMTimeFlags_Indefinite = 1 << 4,
-    kCMTimeFlags_ImpliedValueFlagsMask =
-        kCMTimeFlags_PositiveInfinity | kCMTimeFlags_NegativeInfinity | kCMTimeFlags_Indefinite,
+    kCMTimeFlags_ImpliedValueFlagsMask = kCMTimeFlags_PositiveInfinity | kCMTimeFlags_NegativeInfinity
+                                         | kCMTimeFlags_Indefinite,
 };
 
 #pragma pack(push, 4)
