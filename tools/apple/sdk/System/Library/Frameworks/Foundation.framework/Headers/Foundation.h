@@ -31,4 +31,3 @@
 #import <Foundation/NSUUID.h>
 #import <Foundation/NSUserDefaults.h>
 #import <Foundation/NSValue.h>
-#include <dispatch/dispatch.h>
