@@ -39,7 +39,8 @@ struct CalendarEvent {
     std::shared_ptr<const EventCalendar> calendar;
     std::optional<std::string> title;
     Instant start{};
-    /// Exclusive. An all-day event starts and ends at local midnights.
+    /// Exclusive. An all-day event starts at a local midnight and ends at one, or up to a second before it where the
+    /// store tells it so.
     Instant end{};
     bool allDay = false;
     std::optional<std::string> location;

@@ -59,8 +59,8 @@ public:
     /// The list that new to-dos go to, none where no list can be written.
     virtual std::optional<ReminderList> defaultList() = 0;
     virtual std::vector<ReminderSource> sources() = 0;
-    /// Makes a list in a source and stores it; without a source the store chooses. One of that title that another
-    /// program made since the lists were read is given instead.
+    /// Makes a list in a source and stores it; without a source the store chooses. Where the store can tell
+    /// that another program made one of that title since the lists were read, that one is given instead.
     virtual ReminderList createList(const std::string& title, const std::optional<std::string>& sourceIdentifier) = 0;
 
     /// The to-dos of a list in no order; none where the store has no answer within `limit`.

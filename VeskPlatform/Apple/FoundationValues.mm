@@ -27,7 +27,10 @@ std::optional<std::string> optionalUtf8(NSString* _Nullable text) {
 }
 
 Instant instant(NSDate* date) {
-    const std::chrono::duration<double, std::milli> sinceEpoch{std::floor(date.timeIntervalSince1970 * 1'000.0)};
+    // A date counts from another year, so that a whole millisecond comes back as a few parts of a million less.
+    constexpr double rounding = 0.001;
+    const std::chrono::duration<double, std::milli> sinceEpoch{
+        std::floor(date.timeIntervalSince1970 * 1'000.0 + rounding)};
     return Instant{std::chrono::duration_cast<Instant::duration>(sinceEpoch)};
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
-#include <dispatch/dispatch.h>
 #import <Foundation/NSAppleEventDescriptor.h>
 #import <Foundation/NSAppleScript.h>
 #import <Foundation/NSArray.h>
@@ -31,3 +30,4 @@
 #import <Foundation/NSUUID.h>
 #import <Foundation/NSUserDefaults.h>
 #import <Foundation/NSValue.h>
+#include <dispatch/dispatch.h>
