@@ -29,16 +29,13 @@ std::optional<std::int64_t> wholeNumber(std::string_view text) {
     return value;
 }
 
-/// The whole of `text` as a decimal number between 0 and 1.
+/// The whole of `text` as a decimal number between 0 and 1. Not by std::from_chars, which libc++ lacks for fractions;
+/// what std::strtod alone would take beside decimal numbers has other characters.
 std::optional<double> fraction(const std::string& text) {
-    const char* start = text.data();
-    const char* const end = start + text.size();
-    if (text.starts_with('+') && !text.starts_with("+-")) ++start;
-    double value = 0;
-    const auto [stop, error] = std::from_chars(start, end, value);
-    if (stop != end || error == std::errc::invalid_argument) return std::nullopt;
-    // Too small or too large for a double: this one tells which.
-    if (error == std::errc::result_out_of_range) value = std::strtod(start, nullptr);
+    if (text.find_first_not_of("0123456789+-.eE") != std::string::npos) return std::nullopt;
+    char* stop = nullptr;
+    const double value = std::strtod(text.c_str(), &stop);
+    if (text.empty() || stop != text.c_str() + text.size()) return std::nullopt;
     const bool inside = value >= 0 && value <= 1;
     return inside ? std::optional(value) : std::nullopt;
 }

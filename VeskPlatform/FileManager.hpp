@@ -23,8 +23,8 @@ struct FileAttributes {
     bool isDirectory = false;
     /// In bytes; none for what is no regular file.
     std::optional<std::int64_t> size;
-    /// Cut towards 1970.
-    Instant modified{};
+    /// Cut towards 1970; none where the system does not tell.
+    std::optional<Instant> modified{};
 
     bool operator==(const FileAttributes&) const = default;
 };
@@ -49,7 +49,8 @@ public:
 enum class ExistingFile { replace, keep };
 
 /// Folders and files of the user. Relative paths are relative to the current directory. A path with a null byte names
-/// nothing: it is not there, and verbs that throw refuse it with EINVAL.
+/// nothing: it is not there, and verbs that throw refuse it with EINVAL. Where a verb throws PosixError, an adapter may
+/// throw the system's own failure instead, an ErrorRecord of which `systemErrorNumber` gives the same code.
 class FileManager {
 public:
     virtual ~FileManager() = default;

@@ -6,7 +6,7 @@
 namespace vesk {
 
 /// The file verbs of what the program keeps for itself: its log, and records that have to survive a crash. Each throws
-/// PosixError. Safe from one thread at a time.
+/// PosixError, or the system's own failure as in FileManager. Safe from one thread at a time.
 class PrivateFiles {
 public:
     virtual ~PrivateFiles() = default;

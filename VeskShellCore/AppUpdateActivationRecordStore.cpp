@@ -83,15 +83,15 @@ std::optional<JsonValue> parsed(std::string_view bytes) {
 void replacing(const std::function<void()>& step) {
     try {
         step();
-    } catch (const PosixError& error) {
-        throw AppUpdateActivationStoreError::atomicReplacementFailed(static_cast<std::int32_t>(error.code()));
+    } catch (const ErrorRecord& error) {
+        throw AppUpdateActivationStoreError::atomicReplacementFailed(systemErrorNumber(error).value_or(0));
     }
 }
 
 void removeIfThere(PrivateFiles& files, const std::string& path) {
     try {
         files.removeFile(path);
-    } catch (const PosixError&) { // what failed before is what the caller is told
+    } catch (const ErrorRecord&) { // what failed before is what the caller is told
     }
 }
 

@@ -16,8 +16,9 @@ bool isHidden(const DirectoryEntry& entry) { return entry.name.starts_with('.');
 std::unique_ptr<DirectoryReader> openListed(FileManager& files, const std::string& path) {
     try {
         return files.openDirectory(path);
-    } catch (const PosixError& error) {
-        throw ICloudError(error.code(), "Unable to open the requested iCloud directory.");
+    } catch (const ErrorRecord& error) {
+        throw ICloudError(systemErrorNumber(error).value_or(error.code()),
+                          "Unable to open the requested iCloud directory.");
     }
 }
 
@@ -31,7 +32,7 @@ std::int64_t countIn(FileManager& files, const std::string& folder, std::vector<
             ++count;
             if (entry->isDirectory) pending.push_back(folder + "/" + entry->name);
         }
-    } catch (const PosixError&) { // what was read until then counts
+    } catch (const ErrorRecord&) { // what was read until then counts
     }
     return count;
 }

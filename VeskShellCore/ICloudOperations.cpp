@@ -71,9 +71,10 @@ void writeNewText(FileManager& files, const std::string& path, const std::string
     files.createDirectory(parentFolder(path));
     try {
         files.writeFile(path, text, overwrite ? ExistingFile::replace : ExistingFile::keep);
-    } catch (const PosixError& error) { // what another program has put there since we looked
-        if (error.code() == EEXIST) throw ICloudError(409, "The requested iCloud file already exists.");
-        if (error.code() == EISDIR) throw ICloudError(400, "Cannot overwrite an iCloud directory with text content.");
+    } catch (const ErrorRecord& error) { // what another program has put there since we looked
+        const auto number = systemErrorNumber(error);
+        if (number == EEXIST) throw ICloudError(409, "The requested iCloud file already exists.");
+        if (number == EISDIR) throw ICloudError(400, "Cannot overwrite an iCloud directory with text content.");
         throw;
     }
 }
@@ -89,8 +90,8 @@ bool removeFormer(FileManager& files, const std::string& output) {
     try {
         files.removeItem(output);
         return true;
-    } catch (const PosixError& error) {
-        if (error.code() == ENOENT) return false;
+    } catch (const ErrorRecord& error) {
+        if (systemErrorNumber(error) == ENOENT) return false;
         throw;
     }
 }
@@ -147,7 +148,7 @@ CapabilityICloudStatResponse stat(Platform& platform, const std::optional<std::s
     if (!attributes) return response;
     response.isDirectory = attributes->isDirectory;
     response.sizeBytes = attributes->size;
-    response.modifiedAtMs = attributes->modified.time_since_epoch().count();
+    if (attributes->modified) response.modifiedAtMs = attributes->modified->time_since_epoch().count();
     return response;
 }
 

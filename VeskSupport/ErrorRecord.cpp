@@ -17,6 +17,8 @@ std::string ErrorRecord::rendering() const {
 
 namespace {
 
+constexpr const char* posixDomain = "NSPOSIXErrorDomain";
+
 std::string posixDescription(int errnoValue, std::string_view path) {
     std::string text = std::generic_category().message(errnoValue);
     return path.empty() ? text : std::string(path) + ": " + text;
@@ -25,7 +27,13 @@ std::string posixDescription(int errnoValue, std::string_view path) {
 } // namespace
 
 PosixError::PosixError(int errnoValue, std::string_view path)
-    : ErrorRecord("NSPOSIXErrorDomain", errnoValue, posixDescription(errnoValue, path)) {}
+    : ErrorRecord(posixDomain, errnoValue, posixDescription(errnoValue, path)) {}
+
+std::optional<int> systemErrorNumber(const ErrorRecord& error) {
+    for (const ErrorRecord* cause = &error; cause != nullptr; cause = cause->underlying())
+        if (cause->domain() == posixDomain) return static_cast<int>(cause->code());
+    return std::nullopt;
+}
 
 std::string onOneLine(std::string_view text) {
     static constexpr std::string_view nextLine = "\xC2\x85", lineSeparator = "\xE2\x80\xA8",

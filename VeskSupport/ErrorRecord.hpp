@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -39,6 +40,9 @@ class PosixError : public ErrorRecord {
 public:
     PosixError(int errnoValue, std::string_view path);
 };
+
+/// The `errno` that a failure comes from: its own code, or that of one under it, in the domain "NSPOSIXErrorDomain".
+std::optional<int> systemErrorNumber(const ErrorRecord& error);
 
 /// `text` with each line break (also CR LF as one) written as one blank.
 std::string onOneLine(std::string_view text);

@@ -107,7 +107,7 @@ JsonValue answer(const VeskShellClient& client, const RuntimeCommand& command) {
 std::string searchedDirectory(FileManager& files) {
     try {
         return files.currentDirectoryPath();
-    } catch (const PosixError&) {
+    } catch (const ErrorRecord&) {
         return "/";
     }
 }

@@ -19,6 +19,7 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Portable/ExecutableBundle.hpp"
 #include "VeskPlatform/Portable/PosixProcesses.hpp"
 #include "VeskPlatform/Linux/PosixProgramLauncher.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"

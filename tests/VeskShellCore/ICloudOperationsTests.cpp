@@ -128,6 +128,13 @@ TEST_F(ICloudOperations, AStatTellsOfAFile) {
     EXPECT_EQ(response.detail, "Resolved iCloud path.");
 }
 
+TEST_F(ICloudOperations, AStatOfWhatHasNoDateHasNone) {
+    put("/drive/file", "12345");
+    files.modified["/drive/file"] = std::nullopt;
+    EXPECT_TRUE(told("file").exists);
+    EXPECT_EQ(told("file").modifiedAtMs, std::nullopt);
+}
+
 TEST_F(ICloudOperations, AStatOfTheRootHasNoPathAndNoSize) {
     for (const std::optional<std::string>& path : {std::optional<std::string>(), std::optional<std::string>(".")}) {
         const auto response = told(path);

@@ -33,5 +33,16 @@ TEST(PosixErrorTest, NamesThePathAndTheSystemsText) {
                                  "UserInfo={NSLocalizedDescription=/tmp/x: No such file or directory}");
 }
 
+TEST(SystemErrorNumber, IsThatOfTheFailureOrOfOneUnderIt) {
+    EXPECT_EQ(systemErrorNumber(PosixError(EISDIR, "/tmp")), EISDIR);
+    const auto inner = std::make_shared<ErrorRecord>("E", 2, "inner", std::make_shared<PosixError>(EACCES, "/tmp/x"));
+    EXPECT_EQ(systemErrorNumber(ErrorRecord("D", 1, "outer", inner)), EACCES);
+}
+
+TEST(SystemErrorNumber, IsNoneOfAFailureWithoutOne) {
+    EXPECT_EQ(systemErrorNumber(ErrorRecord("D", 1, "outer", std::make_shared<ErrorRecord>("E", 2, "inner"))),
+              std::nullopt);
+}
+
 } // namespace
 } // namespace vesk

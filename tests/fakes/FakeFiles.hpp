@@ -42,7 +42,8 @@ public:
     std::set<std::string> folders{"/"};
     /// When whatever is written or copied was written.
     Instant now{};
-    std::map<std::string, Instant> modified;
+    /// None where the system does not tell.
+    std::map<std::string, std::optional<Instant>> modified;
     std::vector<std::string> calls, made;
 
     std::string currentDirectoryPath() override { return current; }
@@ -58,7 +59,7 @@ public:
         const std::string real = resolved(path);
         if (!isNamed(path) || !isThere(real)) return std::nullopt;
         const auto changed = modified.find(real);
-        const Instant when = changed == modified.end() ? Instant{} : changed->second;
+        const std::optional<Instant> when = changed == modified.end() ? Instant{} : changed->second;
         if (!isFile(real)) return FileAttributes{.isDirectory = true, .size = {}, .modified = when};
         return FileAttributes{
             .isDirectory = false, .size = static_cast<std::int64_t>(texts[real].size()), .modified = when};

@@ -217,7 +217,7 @@ TEST_F(PosixFiles, TimesAreCutTowardsTheirOrigin) {
     for (const auto& [time, milliseconds] : cases) {
         const timespec times[2] = {{0, UTIME_OMIT}, time};
         ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-        EXPECT_EQ(files.attributes(path)->modified.time_since_epoch().count(), milliseconds) << time.tv_sec;
+        EXPECT_EQ(files.attributes(path)->modified->time_since_epoch().count(), milliseconds) << time.tv_sec;
     }
 }
 
@@ -231,7 +231,7 @@ TEST_F(PosixFiles, ACopyHasThePermissionsAndTheTime) {
     EXPECT_EQ(folder.mode("copy/file"), 0640U);
     EXPECT_EQ(folder.mode("copy"), 0750U);
     for (const char* name : {"copy", "copy/file"})
-        EXPECT_EQ(files.attributes(folder / name)->modified.time_since_epoch(), std::chrono::seconds(1'000)) << name;
+        EXPECT_EQ(files.attributes(folder / name)->modified->time_since_epoch(), std::chrono::seconds(1'000)) << name;
 }
 
 TEST_F(PosixFiles, ACopyFollowsNoLinkOutOfItsFolder) {

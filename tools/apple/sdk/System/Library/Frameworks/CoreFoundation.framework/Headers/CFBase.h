@@ -25,9 +25,10 @@
 #define CF_ENUM(type, name)                                                                                            \
     enum __attribute__((enum_extensibility(open))) name : type name;                                                   \
     enum name : type
+/// In C++ the type of options is a plain number, so that they can be combined and be 0.
 #define CF_OPTIONS(type, name)                                                                                         \
-    enum __attribute__((flag_enum, enum_extensibility(open))) name : type name;                                        \
-    enum name : type
+    type name;                                                                                                         \
+    enum __attribute__((flag_enum, enum_extensibility(open))) : name
 
 typedef unsigned char Boolean;
 typedef uint8_t UInt8;

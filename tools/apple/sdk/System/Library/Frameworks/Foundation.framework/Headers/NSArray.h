@@ -12,7 +12,7 @@ typedef struct {
     unsigned long extra[5];
 } NSFastEnumerationState;
 
-@interface NSArray <__covariant ObjectType> : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
+@interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
 @property(readonly) NSUInteger count;
 - (ObjectType)objectAtIndex:(NSUInteger)index;
 - (ObjectType)objectAtIndexedSubscript:(NSUInteger)index;
@@ -22,13 +22,14 @@ typedef struct {
 + (instancetype)arrayWithObject:(ObjectType)object;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
 - (NSArray<ObjectType>*)arrayByAddingObject:(ObjectType)object;
+- (BOOL)containsObject:(ObjectType)object;
 - (NSArray<ObjectType>*)arrayByAddingObjectsFromArray:(NSArray<ObjectType>*)others;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
                                     count:(NSUInteger)count;
 @end
 
-@interface NSMutableArray <ObjectType> : NSArray <ObjectType>
+@interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 + (instancetype)arrayWithCapacity:(NSUInteger)capacity;
 - (void)addObject:(ObjectType)object;
 @end

@@ -13,6 +13,7 @@ enum : NSInteger { NSDateComponentUndefined = NSIntegerMax };
 @interface NSCalendar : NSObject <NSCopying, NSSecureCoding>
 @property(class, readonly, copy) NSCalendar* currentCalendar;
 + (nullable NSCalendar*)calendarWithIdentifier:(NSCalendarIdentifier)identifier;
+@property(copy) NSTimeZone* timeZone;
 @end
 
 @interface NSDateComponents : NSObject <NSCopying, NSSecureCoding>

@@ -21,9 +21,11 @@ typedef NS_OPTIONS(NSUInteger, NSDataWritingOptions) {
 + (nullable instancetype)dataWithContentsOfFile:(NSString*)path
                                         options:(NSDataReadingOptions)options
                                           error:(NSError* _Nullable* _Nullable)error;
-- (BOOL)writeToFile:(NSString*)path
-            options:(NSDataWritingOptions)options
-              error:(NSError* _Nullable* _Nullable)error;
++ (nullable instancetype)dataWithContentsOfURL:(NSURL*)url
+                                       options:(NSDataReadingOptions)options
+                                         error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)writeToFile:(NSString*)path options:(NSDataWritingOptions)options error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)writeToURL:(NSURL*)url options:(NSDataWritingOptions)options error:(NSError* _Nullable* _Nullable)error;
 @end
 
 @interface NSMutableData : NSData

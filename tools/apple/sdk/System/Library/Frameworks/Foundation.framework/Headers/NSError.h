@@ -6,11 +6,11 @@ NS_ASSUME_NONNULL_BEGIN
 
 typedef NSString* NSErrorDomain;
 typedef NSString* NSErrorUserInfoKey;
-FOUNDATION_EXPORT NSErrorDomain const NSCocoaErrorDomain;
-FOUNDATION_EXPORT NSErrorDomain const NSPOSIXErrorDomain;
-FOUNDATION_EXPORT NSErrorDomain const NSOSStatusErrorDomain;
-FOUNDATION_EXPORT NSErrorUserInfoKey const NSUnderlyingErrorKey;
-FOUNDATION_EXPORT NSErrorUserInfoKey const NSLocalizedDescriptionKey;
+FOUNDATION_EXPORT const NSErrorDomain NSCocoaErrorDomain;
+FOUNDATION_EXPORT const NSErrorDomain NSPOSIXErrorDomain;
+FOUNDATION_EXPORT const NSErrorDomain NSOSStatusErrorDomain;
+FOUNDATION_EXPORT const NSErrorUserInfoKey NSUnderlyingErrorKey;
+FOUNDATION_EXPORT const NSErrorUserInfoKey NSLocalizedDescriptionKey;
 
 @interface NSError : NSObject <NSCopying, NSSecureCoding>
 + (instancetype)errorWithDomain:(NSErrorDomain)domain
@@ -27,12 +27,16 @@ enum : NSInteger {
     NSFileNoSuchFileError = 4,
     NSFileReadUnknownError = 256,
     NSFileReadNoPermissionError = 257,
+    NSFileReadInvalidFileNameError = 258,
     NSFileReadNoSuchFileError = 260,
     NSFileReadInapplicableStringEncodingError = 261,
+    NSFileReadTooLargeError = 263,
     NSFileWriteUnknownError = 512,
     NSFileWriteNoPermissionError = 513,
+    NSFileWriteInvalidFileNameError = 514,
     NSFileWriteFileExistsError = 516,
     NSFileWriteOutOfSpaceError = 640,
+    NSFileWriteVolumeReadOnlyError = 642,
     NSPropertyListReadCorruptError = 3840,
     NSPropertyListWriteInvalidError = 3851,
 };

@@ -7,7 +7,17 @@
 NS_ASSUME_NONNULL_BEGIN
 
 @interface NSFileHandle : NSObject
-- (nullable NSData*)readDataToEndOfFileAndReturnError:(NSError**)error;
++ (nullable instancetype)fileHandleForReadingFromURL:(NSURL*)url error:(NSError* _Nullable* _Nullable)error;
++ (nullable instancetype)fileHandleForWritingToURL:(NSURL*)url error:(NSError* _Nullable* _Nullable)error;
+- (instancetype)initWithFileDescriptor:(int)descriptor closeOnDealloc:(BOOL)closes;
+@property(readonly) int fileDescriptor;
+- (nullable NSData*)readDataToEndOfFileAndReturnError:(NSError* _Nullable* _Nullable)error;
+- (nullable NSData*)readDataUpToLength:(NSUInteger)length error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)writeData:(NSData*)data error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)seekToEndReturningOffset:(nullable unsigned long long*)offset error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)truncateAtOffset:(unsigned long long)offset error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)synchronizeAndReturnError:(NSError* _Nullable* _Nullable)error;
+- (BOOL)closeAndReturnError:(NSError* _Nullable* _Nullable)error;
 @end
 
 @interface NSPipe : NSObject

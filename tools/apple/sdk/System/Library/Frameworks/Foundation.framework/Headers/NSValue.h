@@ -20,6 +20,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (NSNumber*)numberWithDouble:(double)value;
 @property(readonly) BOOL boolValue;
 @property(readonly) int intValue;
+@property(readonly) unsigned int unsignedIntValue;
 @property(readonly) long long longLongValue;
 @property(readonly) unsigned long long unsignedLongLongValue;
 @property(readonly) NSInteger integerValue;

@@ -1,0 +1,23 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+
+NS_ASSUME_NONNULL_BEGIN
+
+namespace vesk {
+
+/// Copies through NSFileManager. The contract is that of FileManager::copyItem.
+void copyTree(const std::string& path, const std::string& destination);
+
+/// Whether a link stands at the path itself.
+bool isLink(NSString* path);
+
+/// Whether what `item` is or leads to is `folder`, which is no link, or lies anywhere in it. Not where one of them is
+/// not there.
+bool isOrContains(NSURL* folder, NSURL* item);
+
+} // namespace vesk
+
+NS_ASSUME_NONNULL_END
