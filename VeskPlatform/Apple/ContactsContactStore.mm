@@ -13,19 +13,19 @@ static_assert(CNPostalAddressFormatterStyleMailingAddress == 0);
 void ContactsContactStore::forEachContact(const std::function<void(const ContactCard&)>& visit) {
     CNContactFetchRequest* request = [[CNContactFetchRequest alloc] initWithKeysToFetch:contactKeys()];
     request.unifyResults = YES;
-    // No C++ exception may pass through the framework's own frames.
-    __block std::exception_ptr failure;
+    __block std::exception_ptr failure; // no C++ exception may pass through the framework's own frames
+    const auto show = ^(CNContact* contact, BOOL* stop) {
+      @autoreleasepool {
+          try {
+              visit(contactCard(contact));
+          } catch (...) {
+              failure = std::current_exception();
+              *stop = YES;
+          }
+      }
+    };
     NSError* error = nil;
-    const BOOL isWhole = [store_ enumerateContactsWithFetchRequest:request
-                                                             error:&error
-                                                        usingBlock:^(CNContact* contact, BOOL* stop) {
-                                                          try {
-                                                              visit(contactCard(contact));
-                                                          } catch (...) {
-                                                              failure = std::current_exception();
-                                                              *stop = YES;
-                                                          }
-                                                        }];
+    const BOOL isWhole = [store_ enumerateContactsWithFetchRequest:request error:&error usingBlock:show];
     if (failure) std::rethrow_exception(failure);
     if (!isWhole) throwError(error);
 }

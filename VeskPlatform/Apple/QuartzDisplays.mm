@@ -35,8 +35,8 @@ ScreenRectangle QuartzDisplays::bounds(DisplayIdentifier display) {
 }
 
 std::unique_ptr<ScreenImage> QuartzDisplays::capture(DisplayIdentifier display) {
-    // Of all ways to a picture the only one that answers at once. Headers of macOS 15 have it for programs that are
-    // built for macOS 14, as this one is.
+    // The one way to a picture that answers at once. The headers of macOS 15 offer it only where the oldest system that
+    // is built for comes before that one, which holds here.
     CFOwned<CGImageRef> image(CGDisplayCreateImage(display));
     return image ? std::make_unique<QuartzImage>(std::move(image)) : nullptr;
 }

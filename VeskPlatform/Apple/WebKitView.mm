@@ -12,9 +12,34 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+/// Passes the end of a print operation on, once. The operation does not hold its delegate, so it holds itself until
+/// then.
+@interface VeskPrintDelegate : NSObject
+@property(nonatomic, nullable) vesk::WebPrintDelegate* target;
+@property(nonatomic, nullable) VeskPrintDelegate* whileRunning;
+- (void)endWithSuccess:(BOOL)success;
+@end
+
+@implementation VeskPrintDelegate
+
+- (void)printOperationDidRun:(NSPrintOperation*)operation success:(BOOL)success contextInfo:(nullable void*)context {
+    VeskPrintDelegate* const kept = self.whileRunning;
+    self.whileRunning = nil;
+    [kept endWithSuccess:success];
+}
+
+- (void)endWithSuccess:(BOOL)success {
+    vesk::WebPrintDelegate* const heard = self.target;
+    self.target = nullptr;
+    if (heard != nullptr) heard->printOperationDidRun(success);
+}
+
+@end
+
 /// Passes the end of a navigation on to the port's delegate, as long as the view lives.
 @interface VeskNavigationDelegate : NSObject <WKNavigationDelegate>
 @property(nonatomic, nullable) vesk::WebNavigationDelegate* target;
+@property(nonatomic, nullable, weak) VeskPrintDelegate* printing;
 @end
 
 @implementation VeskNavigationDelegate
@@ -35,29 +60,15 @@ NS_ASSUME_NONNULL_BEGIN
     [self fail:error];
 }
 
-/// Nothing else tells that the engine crashed or ran out of memory; the load would be waited for without end.
+/// The engine crashed or ran out of memory. Nothing else may tell so, and a load or a print would be waited for without
+/// end.
 - (void)webViewWebContentProcessDidTerminate:(WKWebView*)view {
     [self fail:[NSError errorWithDomain:WKErrorDomain code:WKErrorWebContentProcessTerminated userInfo:nil]];
+    [self.printing endWithSuccess:NO];
 }
 
 - (void)fail:(NSError*)error {
     if (self.target != nullptr) self.target->didFailNavigation(std::make_exception_ptr(vesk::errorRecord(error)));
-}
-
-@end
-
-/// Passes the end of a print operation on. The operation does not hold its delegate, so it holds itself until then.
-@interface VeskPrintDelegate : NSObject
-@property(nonatomic, nullable) vesk::WebPrintDelegate* target;
-@property(nonatomic, nullable) VeskPrintDelegate* whileRunning;
-@end
-
-@implementation VeskPrintDelegate
-
-- (void)printOperationDidRun:(NSPrintOperation*)operation success:(BOOL)success contextInfo:(nullable void*)context {
-    vesk::WebPrintDelegate* const heard = self.target;
-    self.whileRunning = nil; // may be the end of this object
-    if (heard != nullptr) heard->printOperationDidRun(success);
 }
 
 @end
@@ -121,6 +132,7 @@ void WebKitView::runPrintOperation(WebPrintJob job, WebPrintDelegate& delegate) 
     print_ = [[VeskPrintDelegate alloc] init];
     print_.target = &delegate;
     print_.whileRunning = print_;
+    navigation_.printing = print_;
     [operation runOperationModalForWindow:window_
                                  delegate:print_
                            didRunSelector:@selector(printOperationDidRun:success:contextInfo:)

@@ -19,6 +19,8 @@
 #include "VeskPlatform/Linux/PosixFileManager.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Portable/BuiltOnce.hpp"
+#include "VeskPlatform/Portable/ExecutableBundle.hpp"
 #include "VeskPlatform/Portable/PosixProcesses.hpp"
 #include "VeskPlatform/Linux/PosixProgramLauncher.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
@@ -41,16 +43,6 @@
 #include <optional>
 
 namespace vesk {
-
-namespace {
-
-/// The object in `slot`, made from `arguments` the first time.
-template <class T, class... Arguments> T& built(std::optional<T>& slot, Arguments&&... arguments) {
-    if (!slot) slot.emplace(std::forward<Arguments>(arguments)...);
-    return *slot;
-}
-
-} // namespace
 
 /// In the order of their needs: what stands below may use what stands above. The log's queue comes last, so that its
 /// blocks have run before anything they use goes.
@@ -98,13 +90,13 @@ const Bundle& LinuxPlatform::mainBundle() {
     return *adapters_->bundle;
 }
 
-Clock& LinuxPlatform::clock() { return built(adapters_->clock); }
-Environment& LinuxPlatform::environment() { return built(adapters_->environment); }
-FileManager& LinuxPlatform::fileManager() { return built(adapters_->fileManager); }
-FilePlaces& LinuxPlatform::filePlaces() { return built(adapters_->filePlaces, environment(), fileReader()); }
-FileReader& LinuxPlatform::fileReader() { return built(adapters_->fileReader); }
+Clock& LinuxPlatform::clock() { return builtOnce(adapters_->clock); }
+Environment& LinuxPlatform::environment() { return builtOnce(adapters_->environment); }
+FileManager& LinuxPlatform::fileManager() { return builtOnce(adapters_->fileManager); }
+FilePlaces& LinuxPlatform::filePlaces() { return builtOnce(adapters_->filePlaces, environment(), fileReader()); }
+FileReader& LinuxPlatform::fileReader() { return builtOnce(adapters_->fileReader); }
 HttpTransport& LinuxPlatform::httpTransport() {
-    return built(adapters_->httpTransport, moduleFolderOf(runningExecutable()), certificatePlaces(environment()));
+    return builtOnce(adapters_->httpTransport, moduleFolderOf(runningExecutable()), certificatePlaces(environment()));
 }
 KeychainItems& LinuxPlatform::keychainItems() {
     if (!adapters_->keychainItems) {
@@ -117,25 +109,25 @@ KeychainItems& LinuxPlatform::keychainItems() {
     return *adapters_->keychainItems;
 }
 
-LocaleSettings& LinuxPlatform::localeSettings() { return built(adapters_->localeSettings, environment()); }
-SerialQueue& LinuxPlatform::logQueue() { return built(adapters_->logQueue); }
-MonotonicClock& LinuxPlatform::monotonicClock() { return built(adapters_->monotonicClock); }
+LocaleSettings& LinuxPlatform::localeSettings() { return builtOnce(adapters_->localeSettings, environment()); }
+SerialQueue& LinuxPlatform::logQueue() { return builtOnce(adapters_->logQueue); }
+MonotonicClock& LinuxPlatform::monotonicClock() { return builtOnce(adapters_->monotonicClock); }
 PdfDocuments& LinuxPlatform::pdfDocuments() {
-    return built(adapters_->pdfDocuments, moduleFolderOf(runningExecutable()));
+    return builtOnce(adapters_->pdfDocuments, moduleFolderOf(runningExecutable()));
 }
-PrivateFiles& LinuxPlatform::privateFiles() { return built(adapters_->privateFiles); }
-Processes& LinuxPlatform::processes() { return built(adapters_->processes); }
-ProgramLauncher& LinuxPlatform::programLauncher() { return built(adapters_->programLauncher); }
-PropertyListCoder& LinuxPlatform::propertyListCoder() { return built(adapters_->propertyListCoder); }
-RandomSource& LinuxPlatform::randomSource() { return built(adapters_->randomSource); }
+PrivateFiles& LinuxPlatform::privateFiles() { return builtOnce(adapters_->privateFiles); }
+Processes& LinuxPlatform::processes() { return builtOnce(adapters_->processes); }
+ProgramLauncher& LinuxPlatform::programLauncher() { return builtOnce(adapters_->programLauncher); }
+PropertyListCoder& LinuxPlatform::propertyListCoder() { return builtOnce(adapters_->propertyListCoder); }
+RandomSource& LinuxPlatform::randomSource() { return builtOnce(adapters_->randomSource); }
 
-SettingsOpener& LinuxPlatform::settingsOpener() { return built(adapters_->settingsOpener, runningExecutable()); }
+SettingsOpener& LinuxPlatform::settingsOpener() { return builtOnce(adapters_->settingsOpener, runningExecutable()); }
 
-BundleInformation& LinuxPlatform::bundleInformation() { return built(adapters_->bundleInformation, fileReader()); }
-CloudAccount& LinuxPlatform::cloudAccount() { return built(adapters_->cloudAccount, environment()); }
+BundleInformation& LinuxPlatform::bundleInformation() { return builtOnce(adapters_->bundleInformation, fileReader()); }
+CloudAccount& LinuxPlatform::cloudAccount() { return builtOnce(adapters_->cloudAccount, environment()); }
 MessagesScriptRunner& LinuxPlatform::messagesScriptRunner() { return loadedMessaging(); }
 LoadedMessaging& LinuxPlatform::loadedMessaging() {
-    return built(adapters_->messages, moduleFolderOf(runningExecutable()));
+    return builtOnce(adapters_->messages, moduleFolderOf(runningExecutable()));
 }
 Desktop& LinuxPlatform::desktop() {
     if (!adapters_->desktop)
@@ -144,9 +136,9 @@ Desktop& LinuxPlatform::desktop() {
     return *adapters_->desktop;
 }
 
-Sleeper& LinuxPlatform::sleeper() { return built(adapters_->sleeper); }
+Sleeper& LinuxPlatform::sleeper() { return builtOnce(adapters_->sleeper); }
 
-UserDefaults& LinuxPlatform::userDefaults() { return built(adapters_->userDefaults, stateFolder(environment())); }
+UserDefaults& LinuxPlatform::userDefaults() { return builtOnce(adapters_->userDefaults, stateFolder(environment())); }
 
 MediaFramework& LinuxPlatform::mediaFramework() {
     if (!adapters_->mediaFramework)
@@ -155,7 +147,7 @@ MediaFramework& LinuxPlatform::mediaFramework() {
 }
 
 WebEngine& LinuxPlatform::webEngine() {
-    return built(adapters_->webEngine, WebEngineOptions{.environment = environment(), .log = wiring_.log});
+    return builtOnce(adapters_->webEngine, WebEngineOptions{.environment = environment(), .log = wiring_.log});
 }
 
 ApplicationAutomation& LinuxPlatform::applicationAutomation() {
@@ -179,7 +171,7 @@ Consent& LinuxPlatform::consent() { return sqliteConsent(); }
 
 SqliteConsent& LinuxPlatform::sqliteConsent() {
     if (!adapters_->consent) {
-        UserPrompt& prompt = built(adapters_->prompt, DesktopDialog(environment()));
+        UserPrompt& prompt = builtOnce(adapters_->prompt, DesktopDialog(environment()));
         adapters_->consent.emplace(ConsentDatabase(stateFolder(environment())), prompt, clock(),
                                    wiring_.describeCapability);
     }

@@ -2,20 +2,11 @@
 
 #include "VeskSupport/ErrorRecord.hpp"
 
-#include <algorithm>
 #include <filesystem>
 
 namespace vesk {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-bool liesIn(const fs::path& file, const fs::path& folder) {
-    return std::mismatch(folder.begin(), folder.end(), file.begin(), file.end()).first == folder.end();
-}
-
-} // namespace
 
 std::string runningExecutable() {
     std::error_code error;
@@ -25,22 +16,6 @@ std::string runningExecutable() {
     constexpr std::string_view replaced = " (deleted)";
     if (path.ends_with(replaced) && !fs::exists(path, error)) path.resize(path.size() - replaced.size());
     return path;
-}
-
-Bundle bundleOfExecutable(const std::string& executablePath) {
-    const fs::path executable(executablePath);
-    Bundle bundle{
-        .path = executable.parent_path().string(), .executablePath = executablePath, .resourcesPath = std::nullopt};
-    for (fs::path folder = executable.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
-        if (folder.extension() != ".app") continue;
-        const fs::path contents = folder / "Contents";
-        if (liesIn(executable, contents / "MacOS") || liesIn(executable, contents / "Helpers")) {
-            bundle.path = folder.string();
-            bundle.resourcesPath = (contents / "Resources").string();
-        }
-        break;
-    }
-    return bundle;
 }
 
 } // namespace vesk

@@ -32,6 +32,13 @@ LIBRARIES = {
     "libicudata": ("usr/local/lib/libicudata.a", "libicudata"),
 }
 
+# Where the spellings of C++ symbols come from.
+C_PLUS_PLUS = {
+    "libc++": ("/usr/lib/llvm-19/lib/libc++.a", "/usr/lib/llvm-19/lib/libc++abi.a"),
+    "libicui18n": ("/usr/lib/x86_64-linux-gnu/libicui18n.a",),
+    "libicuuc": ("/usr/lib/x86_64-linux-gnu/libicuuc.a",),
+}
+
 
 def write(path, text):
     path.parent.mkdir(parents=True, exist_ok=True)
@@ -66,8 +73,43 @@ def lay_out_headers(repository, folder):
         link(folder / "sdk/System/Library/Frameworks" / framework.name / "Headers", framework / "Headers")
 
 
+def c_plus_plus_symbols(library):
+    """What a C++ library defines: its symbols and what they mean, in the words of the sources."""
+    symbols = {}
+    for archive in C_PLUS_PLUS[library]:
+        names = subprocess.run(["llvm-nm-19", "--defined-only", "--extern-only", "--format=just-symbols", archive],
+                               check=True, capture_output=True, text=True).stdout.split()
+        names = sorted({name for name in names if not name.endswith(":")})
+        meanings = subprocess.run(["llvm-cxxfilt-19"], input="\n".join(names), check=True, capture_output=True,
+                                  text=True).stdout.splitlines()
+        symbols.update(zip(names, meanings))
+    return symbols
+
+
+def matches(meaning, name):
+    """Whether a symbol is what a list names: a function, or any part of a class."""
+    for prefix in ("", "vtable for ", "typeinfo for ", "typeinfo name for ", "VTT for "):
+        rest = meaning.removeprefix(prefix + name) if meaning.startswith(prefix + name) else None
+        if rest is not None and (rest == "" or rest[0] in "(<:[_"):
+            return True
+    return False
+
+
+def expanded(library, names):
+    """The symbols of a C++ library that a list allows. Their spellings come from the library itself, of which Debian has
+    the same sources; a name that it does not know is a mistake in the list."""
+    known = c_plus_plus_symbols(library)
+    symbols = []
+    for name in names:
+        found = [symbol for symbol, meaning in known.items() if matches(meaning, name)]
+        if not found:
+            raise SystemExit(f"prepare_sdk: {library} has no {name}")
+        symbols += ["_" + symbol for symbol in found]
+    return sorted(set(symbols))
+
+
 def listed(path):
-    """The symbols of a list, in the linker's spelling, and its Objective-C classes."""
+    """The symbols of a list, in the linker's spelling, its Objective-C classes, and its names of C++."""
     symbols, classes, patterns = [], [], []
     for line in path.read_text(encoding="utf-8").splitlines():
         entry = line.split("#")[0].strip()
@@ -97,7 +139,9 @@ def stub(install_name, symbols, classes):
 def lay_out_stubs(repository, folder):
     for path in sorted((repository / "tools/apple/symbols").glob("*.txt")):
         name = path.stem
-        symbols, classes, _ = listed(path)
+        symbols, classes, names = listed(path)
+        if names:
+            symbols += expanded(name, names)
         if name in LIBRARIES:
             place, install_name = LIBRARIES[name]
         else:

@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
 #include "tests/support/TemporaryFolder.hpp"
+#include "VeskPlatform/Portable/ExecutableBundle.hpp"
 
 #include <filesystem>
 #include <gtest/gtest.h>

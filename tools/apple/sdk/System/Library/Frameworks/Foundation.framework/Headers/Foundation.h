@@ -1,7 +1,6 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
-#include <dispatch/dispatch.h>
 #import <Foundation/NSAppleEventDescriptor.h>
 #import <Foundation/NSAppleScript.h>
 #import <Foundation/NSArray.h>

@@ -47,7 +47,7 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)resume;
 - (void)cancel;
 @property(nullable, strong) id<NSURLSessionTaskDelegate> delegate API_AVAILABLE(macos(12.0));
-@property(nullable, readonly, copy) NSURLRequest* originalRequest;
+@property(nullable, readonly, copy) NSURLRequest* currentRequest;
 @end
 
 @interface NSURLSessionDataTask : NSURLSessionTask
