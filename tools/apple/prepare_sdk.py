@@ -86,11 +86,16 @@ def c_plus_plus_symbols(library):
     return symbols
 
 
+def plain(meaning):
+    """A meaning without what only tells versions of a library apart."""
+    meaning = re.sub(r"\bicu_\d+::", "icu::", re.sub(r"\b(__1|__fs)::", "", meaning))
+    return re.sub(r"^(u\w*)_\d+$", r"\1", meaning)
+
+
 def matches(meaning, name):
     """Whether a symbol is what a list names: a function, or any part of a class."""
     for prefix in ("", "vtable for ", "typeinfo for ", "typeinfo name for ", "VTT for "):
-        rest = meaning.removeprefix(prefix + name) if meaning.startswith(prefix + name) else None
-        if rest is not None and (rest == "" or rest[0] in "(<:[_"):
+        if meaning.startswith(prefix + name) and meaning[len(prefix + name):][:1] in ("", "(", "<", ":", "["):
             return True
     return False
 
@@ -98,7 +103,7 @@ def matches(meaning, name):
 def expanded(library, names):
     """The symbols of a C++ library that a list allows. Their spellings come from the library itself, of which Debian has
     the same sources; a name that it does not know is a mistake in the list."""
-    known = c_plus_plus_symbols(library)
+    known = {symbol: plain(meaning) for symbol, meaning in c_plus_plus_symbols(library).items()}
     symbols = []
     for name in names:
         found = [symbol for symbol, meaning in known.items() if matches(meaning, name)]
