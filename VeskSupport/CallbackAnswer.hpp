@@ -30,20 +30,23 @@ template <class T> Task<T> answerOfCallback(std::function<void(std::function<voi
     const auto wait = std::make_shared<Wait>();
     const asio::any_io_executor executor = co_await asio::this_coro::executor;
     const auto start = [wait, executor, &begin](auto handler) {
-        // The executor goes on running while it waits for the answer.
+        // The executor goes on running while it waits for the answer, and no longer: whoever took the callback may keep
+        // it for good.
         auto busy = asio::prefer(executor, asio::execution::outstanding_work.tracked);
         auto kept = std::make_shared<decltype(handler)>(std::move(handler));
-        const auto resume = [busy, kept] { asio::post(busy, [kept] { std::move (*kept)(); }); };
+        const auto resume = std::make_shared<std::function<void()>>(
+            [busy, kept] { asio::post(busy, [kept] { std::move (*kept)(); }); });
+        kept = nullptr;
         try {
             begin([wait, resume](T value) {
                 if (wait->answered.exchange(true)) return;
                 wait->value.emplace(std::move(value));
-                resume();
+                std::exchange(*resume, nullptr)();
             });
         } catch (...) {
             if (wait->answered.exchange(true)) return;
             wait->failure = std::current_exception();
-            resume();
+            std::exchange(*resume, nullptr)();
         }
     };
     co_await asio::async_initiate<const asio::use_awaitable_t<>, void()>(start, asio::use_awaitable);

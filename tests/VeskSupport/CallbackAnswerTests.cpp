@@ -36,6 +36,17 @@ TEST(CallbackAnswer, CountsOnce) {
     EXPECT_EQ(test::runTask(answered(begin)), "first");
 }
 
+/// The executor would wait for it for ever.
+TEST(CallbackAnswer, MayBeKeptByWhoeverGaveIt) {
+    Answer kept;
+    const auto begin = [&](const Answer& answer) {
+        answer("once");
+        kept = answer;
+    };
+    EXPECT_EQ(test::runTask(answered(begin)), "once");
+    kept("too late");
+}
+
 TEST(CallbackAnswer, AFailureOfTheBeginningIsThrown) {
     const auto begin = [](const Answer&) { throw PosixError(5, "a file"); };
     EXPECT_THROW(test::runTask(answered(begin)), PosixError);
