@@ -26,7 +26,9 @@ PostalAddress postalAddress(CNPostalAddress* address) {
             .state = utf8(address.state),
             .postalCode = utf8(address.postalCode),
             .country = utf8(address.country),
-            .isoCountryCode = utf8(address.ISOCountryCode)};
+            .isoCountryCode = utf8(address.ISOCountryCode),
+            .subLocality = utf8(address.subLocality),
+            .subAdministrativeArea = utf8(address.subAdministrativeArea)};
 }
 
 std::vector<LabeledPostalAddress> postalAddressesOf(CNContact* contact) {
@@ -89,6 +91,8 @@ CNPostalAddress* nativePostalAddress(const PostalAddress& address) {
     native.postalCode = nsString(address.postalCode);
     native.country = nsString(address.country);
     native.ISOCountryCode = nsString(address.isoCountryCode);
+    native.subLocality = nsString(address.subLocality);
+    native.subAdministrativeArea = nsString(address.subAdministrativeArea);
     return native;
 }
 
