@@ -89,8 +89,10 @@ Task<ClipWriterStatus> AVFoundationClipWriter::finishWriting() {
     co_return co_await answerOfCallback<ClipWriterStatus>(begin);
 }
 
+/// A writer that does not write has its end already, and the framework ends a program that asks for one all the same.
 void AVFoundationClipWriter::finish(std::function<void(ClipWriterStatus)> answer) {
     AVAssetWriter* writer = writer_;
+    if (writer.status != AVAssetWriterStatusWriting) return answer(static_cast<ClipWriterStatus>(writer.status));
     [writer finishWritingWithCompletionHandler:^{
       answer(static_cast<ClipWriterStatus>(writer.status));
     }];

@@ -1,17 +1,10 @@
 #import "VeskPlatform/Apple/CoreVideoPixelBuffer.hpp"
 
 #import "VeskPlatform/Apple/ImageIOSource.hpp"
-
-#include <cstdint>
+#import "VeskPlatform/Apple/QuartzPixels.hpp"
 
 namespace vesk {
 namespace {
-
-constexpr std::size_t bitsPerComponent = 8;
-constexpr std::uint32_t pixelLayout = 0x2002;
-static_assert(pixelLayout
-              == (static_cast<std::uint32_t>(kCGBitmapByteOrder32Little)
-                  | static_cast<std::uint32_t>(kCGImageAlphaPremultipliedFirst)));
 
 constexpr CVPixelBufferLockFlags readingAndWriting = 0;
 

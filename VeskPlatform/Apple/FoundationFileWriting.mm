@@ -12,7 +12,8 @@ namespace {
 NSURL* hiddenSibling(NSURL* url) {
     NSString* name = [NSString stringWithFormat:@".vesk-%@.tmp", NSUUID.UUID.UUIDString];
     NSURL* sibling = [folderOf(url) URLByAppendingPathComponent:name];
-    return sibling != nil ? sibling : url;
+    if (sibling == nil) throw PosixError(EINVAL, utf8(name));
+    return known(sibling);
 }
 
 BOOL moveInto(NSURL* hidden, NSURL* url, NSError** error) {

@@ -1,18 +1,13 @@
 #include "VeskPlatform/Apple/QuartzBitmapContext.hpp"
 
 #include "VeskPlatform/Apple/QuartzImage.hpp"
+#include "VeskPlatform/Apple/QuartzPixels.hpp"
 
 namespace vesk {
 
 namespace {
 
-constexpr std::size_t bitsPerComponent = 8;
-constexpr std::uint32_t pixelLayout = 0x2002;
 constexpr auto replacing = static_cast<CGBlendMode>(17);
-
-static_assert(pixelLayout
-              == (static_cast<std::uint32_t>(kCGBitmapByteOrder32Little)
-                  | static_cast<std::uint32_t>(kCGImageAlphaPremultipliedFirst)));
 static_assert(replacing == kCGBlendModeCopy);
 
 } // namespace

@@ -25,6 +25,7 @@ DARWIN_TYPES = {
 # The libraries that stubs are made for, beside the frameworks: the stub's place, and where each lies on a Mac.
 LIBRARIES = {
     "libSystem": ("usr/lib/libSystem.tbd", "/usr/lib/libSystem.B.dylib"),
+    "libm": ("usr/lib/libm.tbd", "/usr/lib/libSystem.B.dylib"),
     "libobjc": ("usr/lib/libobjc.tbd", "/usr/lib/libobjc.A.dylib"),
     "libc++": ("usr/lib/libc++.tbd", "/usr/lib/libc++.1.dylib"),
     "libicui18n": ("usr/local/lib/libicui18n.a", "libicui18n"),

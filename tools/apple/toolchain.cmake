@@ -45,7 +45,7 @@ set(CMAKE_OBJCXX_FLAGS_INIT "${headers}")
 # Unoptimised code asks for more of the compiler's runtime than the stubs have.
 set(CMAKE_CXX_FLAGS_DEBUG_INIT "-O1")
 set(CMAKE_OBJCXX_FLAGS_DEBUG_INIT "-O1")
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-fuse-ld=/usr/bin/ld64.lld-19 -nostdlib -lSystem -lc++ -lobjc")
+set(CMAKE_EXE_LINKER_FLAGS_INIT "--ld-path=/usr/bin/ld64.lld-19 -mlinker-version=820 -nostdlib -lSystem -lc++ -lobjc")
 
 # Portable libraries, where a Mac has them of a package manager.
 set(CMAKE_FIND_ROOT_PATH ${VESK_PREPARED})

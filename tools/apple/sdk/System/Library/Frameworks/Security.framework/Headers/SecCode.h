@@ -4,7 +4,7 @@
 
 CF_ASSUME_NONNULL_BEGIN
 
-typedef CF_OPTIONS(uint32_t, SecCSInformationFlags) { kSecCSSigningInformation = 1 << 1 };
+enum : uint32_t { kSecCSSigningInformation = 1 << 1 };
 
 CF_EXPORT const CFStringRef kSecCodeInfoEntitlementsDict;
 
