@@ -17,16 +17,18 @@ import sys
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-BLOCK = re.compile(r'\^\s*[({]')
-CAPTURE = re.compile(r"\bcapture (?:nested )?\w+ 0x[0-9a-f]+ '(?P<name>[^']*)' '(?P<type>[^']*)'(?::'(?P<meant>[^']*)')?")
+BLOCK = re.compile(r"\^\s*[({]")
+# As in: capture ParmVar 0x55cb04b4c08 'take' 'const TakeAnswer &':'const std::function<void (Answer)> &'
+CAPTURE = re.compile(
+    r"\bcapture (?:nested )?\w+ 0x[0-9a-f]+ '(?P<name>[^']*)' '(?P<type>[^']*)'(?::'(?P<meant>[^']*)')?")
 
 
 def tree_of(command, directory):
-    """The compiler's tree of a source, of all that lies in a name with "vesk" in it or else of the whole."""
-    asked = command + ['-fsyntax-only', '-fno-color-diagnostics', '-Xclang', '-ast-dump']
+    """The compiler's tree of a source, the last word of the command."""
+    asked = command + ["-fsyntax-only", "-fno-color-diagnostics", "-Xclang", "-ast-dump"]
     done = subprocess.run(asked, cwd=directory, capture_output=True, text=True, check=False)
     if done.returncode != 0:
-        raise SystemExit(f'check_blocks: the source does not compile: {command[-1]}\n{done.stderr[:2000]}')
+        raise SystemExit(f"check_blocks: the source does not compile: {command[-1]}\n{done.stderr[:2000]}")
     return done.stdout
 
 
@@ -35,9 +37,10 @@ def mistakes_in(tree):
     found = {}
     for line in tree.splitlines():
         capture = CAPTURE.search(line)
-        if capture and any(text.endswith('&') for text in capture.group('type', 'meant') if text):
-            found[f"a block captures the reference '{capture['name']}'"] = None
-        elif 'BlockDecl' in line and 'captures_this' in line:
+        if capture and any(text.endswith("&") for text in capture.group("type", "meant") if text):
+            name = capture["name"]
+            found[f"a block captures the reference '{name}'"] = None
+        elif "BlockDecl" in line and "captures_this" in line:
             found["a block captures 'this'"] = None
     return list(found)
 
@@ -45,22 +48,23 @@ def mistakes_in(tree):
 def without_output(command):
     """A compile command that writes nothing."""
     kept = list(command)
-    if '-o' in kept:
-        at = kept.index('-o')
+    if "-o" in kept:
+        at = kept.index("-o")
         del kept[at:at + 2]
-    return [word for word in kept if word != '-c']
+    return [word for word in kept if word != "-c" and not word.endswith("ccache")]
 
 
 def examined(entry):
-    source = Path(entry['file'])
-    if source.suffix != '.mm' or not BLOCK.search(source.read_text()):
+    source = Path(entry["file"])
+    if source.suffix != ".mm" or not BLOCK.search(source.read_text()):
         return source, []
-    command = without_output(shlex.split(entry['command'])) + ['-Xclang', '-ast-dump-filter=vesk']
-    return source, mistakes_in(tree_of(command, entry['directory']))
+    compiler, *words = without_output(shlex.split(entry["command"]))
+    command = [compiler, "-Xclang", "-ast-dump-filter=vesk", *words]  # the tree of our own namespace alone
+    return source, mistakes_in(tree_of(command, entry["directory"]))
 
 
 def main(arguments):
-    if arguments[:1] == ['--source']:
+    if arguments[:1] == ["--source"]:
         results = [(Path(arguments[1]), mistakes_in(tree_of(without_output(arguments[2:]) + [arguments[1]], None)))]
     else:
         entries = json.loads(Path(arguments[0]).read_text())
@@ -68,9 +72,9 @@ def main(arguments):
             results = list(pool.map(examined, entries))
     for source, mistakes in results:
         for mistake in mistakes:
-            print(f'{source}: error: {mistake}')
+            print(f"{source}: error: {mistake}")
     return 1 if any(mistakes for _, mistakes in results) else 0
 
 
-if __name__ == '__main__':
+if __name__ == "__main__":
     sys.exit(main(sys.argv[1:]))
