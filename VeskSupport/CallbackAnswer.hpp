@@ -33,7 +33,10 @@ template <class T> Task<T> answerOfCallback(std::function<void(std::function<voi
         // The executor goes on running while it waits for the answer.
         auto busy = asio::prefer(executor, asio::execution::outstanding_work.tracked);
         auto kept = std::make_shared<decltype(handler)>(std::move(handler));
-        const auto resume = [busy, kept] { asio::post(busy, [kept] { std::move (*kept)(); }); };
+        // Let go of once it was called: a framework may keep what it has called, and the executor would go on waiting.
+        const auto once = std::make_shared<std::function<void()>>(
+            [busy, kept] { asio::post(busy, [kept] { std::move (*kept)(); }); });
+        const auto resume = [once] { std::exchange(*once, nullptr)(); };
         try {
             begin([wait, resume](T value) {
                 if (wait->answered.exchange(true)) return;

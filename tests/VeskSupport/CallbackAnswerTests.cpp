@@ -36,6 +36,16 @@ TEST(CallbackAnswer, CountsOnce) {
     EXPECT_EQ(test::runTask(answered(begin)), "first");
 }
 
+TEST(CallbackAnswer, ThatIsKeptAfterItsCallKeepsNothingWaiting) {
+    Answer kept;
+    const auto begin = [&kept](const Answer& answer) {
+        kept = answer;
+        answer("first");
+    };
+    EXPECT_EQ(test::runTask(answered(begin)), "first");
+    kept("after the end");
+}
+
 TEST(CallbackAnswer, AFailureOfTheBeginningIsThrown) {
     const auto begin = [](const Answer&) { throw PosixError(5, "a file"); };
     EXPECT_THROW(test::runTask(answered(begin)), PosixError);
