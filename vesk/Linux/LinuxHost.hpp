@@ -2,7 +2,7 @@
 
 #include "VeskPlatform/Linux/ConsentDatabase.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
-#include "VeskPlatform/Linux/SystemClock.hpp"
+#include "VeskPlatform/Portable/SystemClock.hpp"
 #include "vesk/Companion.hpp"
 
 namespace vesk {
