@@ -2,6 +2,7 @@
 
 #import "VeskPlatform/Apple/ContactLabelNames.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
 
 namespace vesk {
 namespace {
@@ -40,6 +41,7 @@ std::vector<LabeledPostalAddress> postalAddressesOf(CNContact* contact) {
 
 CNLabeledValue<CNPhoneNumber*>* nativePhoneNumber(const LabeledValue& number) {
     CNPhoneNumber* native = [[CNPhoneNumber alloc] initWithStringValue:nsString(number.value)];
+    if (native == nil) throw ErrorRecord("ContactsContactStore", 400, "The phone number cannot be stored.");
     return [[CNLabeledValue alloc] initWithLabel:nativeLabel(number.label) value:known(native)];
 }
 
