@@ -30,6 +30,8 @@ struct PostalAddress {
     std::string street, city, state, postalCode, country;
     /// Two letters (ISO 3166-1), as stored.
     std::string isoCountryCode;
+    /// Parts within the city and around it, where the store has them: some countries write them on a letter.
+    std::string subLocality{}, subAdministrativeArea{};
 
     bool operator==(const PostalAddress&) const = default;
 };

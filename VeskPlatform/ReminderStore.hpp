@@ -28,6 +28,7 @@ struct ReminderSource {
 struct ReminderList {
     std::string identifier;
     std::string title;
+    /// Empty where the store does not tell.
     std::string sourceIdentifier;
 
     bool operator==(const ReminderList&) const = default;
@@ -69,7 +70,8 @@ public:
     /// The to-do of that identifier, from any list.
     virtual std::optional<Reminder> reminder(const std::string& identifier) = 0;
     /// Stores a new to-do or the changed title, notes, due date and completion of one that it gave; nothing else of it
-    /// changes. Completing sets the completion date where the to-do has none. Returns the to-do as it now stands.
+    /// changes. What is completed without a completion date is dated by the store, which keeps the date of a to-do that
+    /// was completed before or takes a new one. Returns the to-do as it now stands.
     virtual Reminder save(const Reminder& reminder) = 0;
     virtual void remove(const Reminder& reminder) = 0;
 };

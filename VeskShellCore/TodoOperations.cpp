@@ -59,7 +59,7 @@ ReminderList ensureTodoCalendar(ReminderStore& store) {
     if (own != lists.end()) return *own;
     std::optional<ReminderList> fallBack = store.defaultList();
     std::optional<std::string> source;
-    if (fallBack)
+    if (fallBack && !fallBack->sourceIdentifier.empty())
         source = fallBack->sourceIdentifier;
     else if (const auto preferred = preferredReminderSource(store))
         source = preferred->identifier;
@@ -181,6 +181,7 @@ CapabilityTodoResponse complete(Platform& platform, const std::string& id, const
     const Desk desk = openDesk(platform);
     Reminder reminder = requireReminder(desk, id);
     reminder.completed = true;
+    reminder.completionDate.reset(); // the store's to set, also where the to-do was completed before
     return itemResponse(desk, bundle, desk.store->save(reminder), "complete", "Marked the todo complete.");
 }
 

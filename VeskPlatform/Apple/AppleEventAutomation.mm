@@ -22,7 +22,9 @@ static_assert(automationPermitted == noErr && automationTargetNotFound == procNo
 enum class UserPrompt { never, ifUndecided };
 
 std::optional<AutomationResult> determinedPermission(const std::string& bundleIdentifier, UserPrompt prompt) {
-    NSAppleEventDescriptor* target = [NSAppleEventDescriptor descriptorWithBundleIdentifier:nsString(bundleIdentifier)];
+    // Its description lies within it, so it is not let go of after its last use.
+    NS_VALID_UNTIL_END_OF_SCOPE NSAppleEventDescriptor* target =
+        [NSAppleEventDescriptor descriptorWithBundleIdentifier:nsString(bundleIdentifier)];
     const AEDesc* description = target.aeDesc;
     if (description == nullptr) return std::nullopt;
     return AEDeterminePermissionToAutomateTarget(description, eventClass, eventIdentifier,

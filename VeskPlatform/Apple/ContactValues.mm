@@ -2,6 +2,7 @@
 
 #import "VeskPlatform/Apple/ContactLabelNames.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
+#include "VeskSupport/ErrorRecord.hpp"
 
 namespace vesk {
 namespace {
@@ -26,7 +27,9 @@ PostalAddress postalAddress(CNPostalAddress* address) {
             .state = utf8(address.state),
             .postalCode = utf8(address.postalCode),
             .country = utf8(address.country),
-            .isoCountryCode = utf8(address.ISOCountryCode)};
+            .isoCountryCode = utf8(address.ISOCountryCode),
+            .subLocality = utf8(address.subLocality),
+            .subAdministrativeArea = utf8(address.subAdministrativeArea)};
 }
 
 std::vector<LabeledPostalAddress> postalAddressesOf(CNContact* contact) {
@@ -38,6 +41,7 @@ std::vector<LabeledPostalAddress> postalAddressesOf(CNContact* contact) {
 
 CNLabeledValue<CNPhoneNumber*>* nativePhoneNumber(const LabeledValue& number) {
     CNPhoneNumber* native = [[CNPhoneNumber alloc] initWithStringValue:nsString(number.value)];
+    if (native == nil) throw ErrorRecord("ContactsContactStore", 400, "The phone number cannot be stored.");
     return [[CNLabeledValue alloc] initWithLabel:nativeLabel(number.label) value:known(native)];
 }
 
@@ -89,6 +93,8 @@ CNPostalAddress* nativePostalAddress(const PostalAddress& address) {
     native.postalCode = nsString(address.postalCode);
     native.country = nsString(address.country);
     native.ISOCountryCode = nsString(address.isoCountryCode);
+    native.subLocality = nsString(address.subLocality);
+    native.subAdministrativeArea = nsString(address.subAdministrativeArea);
     return native;
 }
 

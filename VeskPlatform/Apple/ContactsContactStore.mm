@@ -13,11 +13,12 @@ static_assert(CNPostalAddressFormatterStyleMailingAddress == 0);
 void ContactsContactStore::forEachContact(const std::function<void(const ContactCard&)>& visit) {
     CNContactFetchRequest* request = [[CNContactFetchRequest alloc] initWithKeysToFetch:contactKeys()];
     request.unifyResults = YES;
+    const auto* shown = &visit;         // the block is called only within this function
     __block std::exception_ptr failure; // no C++ exception may pass through the framework's own frames
     const auto show = ^(CNContact* contact, BOOL* stop) {
       @autoreleasepool {
           try {
-              visit(contactCard(contact));
+              (*shown)(contactCard(contact));
           } catch (...) {
               failure = std::current_exception();
               *stop = YES;
@@ -32,7 +33,7 @@ void ContactsContactStore::forEachContact(const std::function<void(const Contact
 
 ContactCard ContactsContactStore::contact(const std::string& identifier) {
     CNContact* found = loaded(identifier);
-    given_[nsString(identifier)] = found;
+    given_[found.identifier] = found; // a linked contact may be asked for by another identifier than its own
     return contactCard(found);
 }
 

@@ -19,7 +19,7 @@ struct FinishedTask {
 void startTask(const std::string& program, const std::vector<std::string>& arguments);
 /// Runs a program to its end with the outputs of this one; its exit status.
 int exitStatusOfTask(const std::string& program, const std::vector<std::string>& arguments);
-/// Runs a program to its end and keeps its outputs, which are read once it has ended: they have to be small.
+/// Runs a program to its end and keeps its outputs, however much it writes.
 FinishedTask finishedTask(const std::string& program, const std::vector<std::string>& arguments);
 
 } // namespace vesk

@@ -1,5 +1,6 @@
 #include "VeskPlatform/Apple/FinishedTask.hpp"
 
+#include "VeskPlatform/Apple/DispatchSerialQueue.hpp"
 #include "VeskPlatform/Apple/FoundationErrors.hpp"
 #include "VeskPlatform/Apple/FoundationValues.hpp"
 
@@ -53,8 +54,15 @@ FinishedTask finishedTask(const std::string& program, const std::vector<std::str
         task.standardOutput = output;
         task.standardError = errors;
         launch(task);
+        FinishedTask finished;
+        // A program that has filled one pipe waits for its reader, so both are read at once.
+        DispatchSerialQueue reader("app.veskhq.program-errors");
+        reader.async([errors, &finished] { finished.errors = everythingIn(errors); });
+        finished.output = everythingIn(output);
+        reader.drain();
         [task waitUntilExit];
-        return {task.terminationStatus, everythingIn(output), everythingIn(errors)};
+        finished.status = task.terminationStatus;
+        return finished;
     }
 }
 

@@ -10,6 +10,7 @@
 #import <EventKit/EventKit.h>
 
 #include <functional>
+#include <utility>
 
 namespace vesk {
 namespace {
@@ -24,13 +25,15 @@ static_assert(CNAuthorizationStatusNotDetermined == 0 && CNAuthorizationStatusRe
               && CNAuthorizationStatusDenied == 2 && CNAuthorizationStatusAuthorized == 3);
 static_assert(EKEntityTypeEvent == 0 && EKEntityTypeReminder == 1 && CNEntityTypeContacts == 0);
 
+/// Given by value to each function that makes a handler of it: a block that captures a reference keeps the reference,
+/// and handlers are called when the functions have long returned.
 using TakeAnswer = std::function<void(AccessAnswer)>;
 
 AccessAnswer answerOf(BOOL granted, NSError* _Nullable error) {
     return {.granted = granted, .error = optionalUtf8(error.localizedDescription)};
 }
 
-void requestMicrophone(const TakeAnswer& take) {
+void requestMicrophone(TakeAnswer take) {
     [AVCaptureDevice requestAccessForMediaType:AVMediaTypeAudio
                              completionHandler:^(BOOL granted) {
                                take(answerOf(granted, nil));
@@ -38,24 +41,24 @@ void requestMicrophone(const TakeAnswer& take) {
 }
 
 /// The handler keeps the store until it was called.
-EKEventStoreRequestAccessCompletionHandler handlerFor(EKEventStore* store, const TakeAnswer& take) {
+EKEventStoreRequestAccessCompletionHandler handlerFor(EKEventStore* store, TakeAnswer take) {
     return ^(BOOL granted, NSError* _Nullable error) {
       (void)store;
       take(answerOf(granted, error));
     };
 }
 
-void requestEvents(const TakeAnswer& take) {
+void requestEvents(TakeAnswer take) {
     EKEventStore* store = [[EKEventStore alloc] init];
-    [store requestFullAccessToEventsWithCompletion:handlerFor(store, take)];
+    [store requestFullAccessToEventsWithCompletion:handlerFor(store, std::move(take))];
 }
 
-void requestReminders(const TakeAnswer& take) {
+void requestReminders(TakeAnswer take) {
     EKEventStore* store = [[EKEventStore alloc] init];
-    [store requestFullAccessToRemindersWithCompletion:handlerFor(store, take)];
+    [store requestFullAccessToRemindersWithCompletion:handlerFor(store, std::move(take))];
 }
 
-void requestContacts(const TakeAnswer& take) {
+void requestContacts(TakeAnswer take) {
     CNContactStore* store = [[CNContactStore alloc] init];
     [store requestAccessForEntityType:CNEntityTypeContacts
                     completionHandler:^(BOOL granted, NSError* _Nullable error) {
@@ -64,12 +67,12 @@ void requestContacts(const TakeAnswer& take) {
                     }];
 }
 
-void beginRequest(PrivacyService service, const TakeAnswer& take) {
+void beginRequest(PrivacyService service, TakeAnswer take) {
     switch (service) {
-    case PrivacyService::microphone: return requestMicrophone(take);
-    case PrivacyService::events: return requestEvents(take);
-    case PrivacyService::reminders: return requestReminders(take);
-    case PrivacyService::contacts: return requestContacts(take);
+    case PrivacyService::microphone: return requestMicrophone(std::move(take));
+    case PrivacyService::events: return requestEvents(std::move(take));
+    case PrivacyService::reminders: return requestReminders(std::move(take));
+    case PrivacyService::contacts: return requestContacts(std::move(take));
     }
 }
 
@@ -98,7 +101,9 @@ bool PrivacyConsent::preflightScreenCapture() { return CGPreflightScreenCaptureA
 bool PrivacyConsent::isProcessTrusted() { return isTrusted(false); }
 
 Task<AccessAnswer> PrivacyConsent::requestAccess(PrivacyService service) {
-    const std::function<void(TakeAnswer)> begin = [service](const TakeAnswer& take) { beginRequest(service, take); };
+    const std::function<void(TakeAnswer)> begin = [service](TakeAnswer take) {
+        beginRequest(service, std::move(take));
+    };
     auto answer = answerOfCallback<AccessAnswer>(begin);
     co_return co_await std::move(answer);
 }

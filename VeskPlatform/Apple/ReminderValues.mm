@@ -17,11 +17,13 @@ NSTimeZone* _Nullable zoneNamed(const std::optional<std::string>& name) {
     return text == nil ? nil : [NSTimeZone timeZoneWithName:text];
 }
 
-/// Completing makes the framework set the completion date.
+/// Completing makes the framework set the completion date, also of what was completed before.
 void applyCompletion(const Reminder& wanted, const Reminder& stored, EKReminder* reminder) {
-    if (wanted.completed == stored.completed && wanted.completionDate == stored.completionDate) return;
+    const bool isDatedByStore = wanted.completed && !wanted.completionDate;
+    const bool isSame = wanted.completed == stored.completed && wanted.completionDate == stored.completionDate;
+    if (isSame && !isDatedByStore) return;
     reminder.completed = wanted.completed;
-    if (wanted.completed && !wanted.completionDate) return;
+    if (isDatedByStore) return;
     reminder.completionDate = wanted.completionDate ? nsDate(*wanted.completionDate) : nil;
 }
 

@@ -68,6 +68,13 @@ TEST_F(TodoOperations, WithoutADefaultListTheSourceIsChosenByType) {
     }
 }
 
+TEST_F(TodoOperations, ADefaultListOfNoKnownSourceLeavesTheChoice) {
+    store.storedLists = {{"inbox", "Inbox", ""}};
+    store.defaultIdentifier = "inbox";
+    listed();
+    EXPECT_EQ(store.calls[1], "createList Vesk Todos in local");
+}
+
 TEST_F(TodoOperations, WithoutAnySourceThereIsNoList) {
     store.storedLists.clear();
     store.storedSources.clear();
@@ -191,6 +198,13 @@ TEST_F(TodoOperations, CompleteAndReopen) {
     EXPECT_EQ(reopened.detail, "Reopened the todo.");
     EXPECT_FALSE(reopened.item->completed);
     EXPECT_EQ(reopened.item->completionDate, std::nullopt);
+}
+
+TEST_F(TodoOperations, CompletingAgainLeavesTheDateToTheStore) {
+    addTodo("a").completed = true;
+    store.stored.front().completionDate = now - 48h;
+    store.completionTime = now;
+    EXPECT_EQ(complete(platform, "a", platform.bundle).item->completionDate, "2026-04-26T08:30:00Z");
 }
 
 TEST_F(TodoOperations, DeleteAnswersWithTheTodoAsItWas) {

@@ -59,6 +59,9 @@ TYPED_TEST_P(ReminderStoreContract, CompletingDatesTheTodoOnce) {
     EXPECT_TRUE(done.completed);
     ASSERT_TRUE(done.completionDate);
     EXPECT_EQ(this->store.save(done).completionDate, done.completionDate);
+    Reminder again = done;
+    again.completionDate.reset();
+    EXPECT_TRUE(this->store.save(again).completionDate);
     Reminder open = done;
     open.completed = false;
     open.completionDate.reset();

@@ -7,6 +7,7 @@ Argument: the build folder of the preset check-apple, configured.
 The first line of a source is one of
     // expects: REGULAR EXPRESSION          of the compiler's errors
     // links: expects: REGULAR EXPRESSION   of the linker's errors, in what compiles
+    // blocks: expects: REGULAR EXPRESSION  of what is said of its blocks, in what compiles
     // expects nothing                      it compiles and links, so that the others fail for their mistakes alone
 """
 
@@ -20,7 +21,8 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 MISTAKES = Path(__file__).resolve().parent / "mistakes"
-FIRST_LINE = re.compile(r"// (?:(?P<links>links: )?expects: (?P<pattern>.+)|expects nothing)$")
+BLOCKS = Path(__file__).resolve().parent / "check_blocks.py"
+FIRST_LINE = re.compile(r"// (?:(?:(?P<step>links|blocks): )?expects: (?P<pattern>.+)|expects nothing)$")
 # As in the diagnosis "X.mm:5:3: error: …" and "ld64.lld-19: error: …".
 ERROR = re.compile(r"^.*?error: (?P<text>.*)$", re.MULTILINE)
 LINKING_FAILED = "linker command failed"
@@ -46,6 +48,9 @@ class Build:
     def compile(self, source, output):
         return run(self.compilations[source.suffix] + ["-c", str(source), "-o", str(output)], self.folder)
 
+    def check_blocks(self, source):
+        return run([sys.executable, str(BLOCKS), "--source", str(source), *self.compilations[source.suffix]], self.folder)
+
     def link(self, source, compiled, output):
         frameworks = sorted((self.folder / "prepared/sdk/System/Library/Frameworks").glob("*/*.tbd"))
         named = [word for framework in frameworks for word in ("-framework", framework.stem)]
@@ -60,9 +65,11 @@ def run(command, folder):
     return result.stderr + result.stdout if result.returncode != 0 else ""
 
 
-def diagnose(build, source, folder, links):
+def diagnose(build, source, folder, step):
     output = build.compile(source, folder / (source.name + ".o"))
-    if links and not output:
+    if step == "blocks" and not output:
+        output = build.check_blocks(source)
+    if step == "links" and not output:
         output = build.link(source, folder / (source.name + ".o"), folder / source.stem)
     return output
 
@@ -73,8 +80,8 @@ def finding(build, source, folder):
     if first_line is None:
         return "its first line does not say what is expected"
     pattern = first_line["pattern"]
-    links = first_line["links"] is not None or pattern is None
-    output = diagnose(build, source, folder, links)
+    step = "links" if pattern is None else first_line["step"]
+    output = diagnose(build, source, folder, step)
     errors = [match["text"] for match in ERROR.finditer(output) if LINKING_FAILED not in match["text"]]
     if pattern is None:
         return "it is no mistake, but fails: " + output if output else None

@@ -8,7 +8,7 @@
 NS_ASSUME_NONNULL_BEGIN
 
 /// Names a property of a contact.
-@protocol CNKeyDescriptor <NSObject, NSCopying>
+@protocol CNKeyDescriptor <NSObject, NSSecureCoding, NSCopying>
 @end
 
 @interface NSString (Contacts) <CNKeyDescriptor>
@@ -27,7 +27,7 @@ FOUNDATION_EXPORT NSString* const CNContactEmailAddressesKey;
 FOUNDATION_EXPORT NSString* const CNContactPostalAddressesKey;
 
 /// Raises an exception for a property that was not fetched.
-@interface CNContact : NSObject <NSCopying, NSMutableCopying>
+@interface CNContact : NSObject <NSCopying, NSMutableCopying, NSSecureCoding>
 @property(readonly, copy, nonatomic) NSString* identifier;
 @property(readonly, copy, nonatomic) NSString* givenName;
 @property(readonly, copy, nonatomic) NSString* middleName;

@@ -8,7 +8,7 @@ FOUNDATION_EXPORT NSString* const CNLabelPhoneNumberiPhone;
 FOUNDATION_EXPORT NSString* const CNLabelPhoneNumberMobile;
 FOUNDATION_EXPORT NSString* const CNLabelPhoneNumberMain;
 
-@interface CNPhoneNumber : NSObject <NSCopying>
+@interface CNPhoneNumber : NSObject <NSCopying, NSSecureCoding>
 - (nullable instancetype)initWithStringValue:(NSString*)string;
 @property(copy, readonly, nonatomic) NSString* stringValue;
 @end

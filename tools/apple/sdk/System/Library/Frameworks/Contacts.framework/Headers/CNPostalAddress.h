@@ -4,9 +4,11 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@interface CNPostalAddress : NSObject <NSCopying, NSMutableCopying>
+@interface CNPostalAddress : NSObject <NSCopying, NSMutableCopying, NSSecureCoding>
 @property(copy, readonly, nonatomic) NSString* street;
+@property(copy, readonly, nonatomic) NSString* subLocality;
 @property(copy, readonly, nonatomic) NSString* city;
+@property(copy, readonly, nonatomic) NSString* subAdministrativeArea;
 @property(copy, readonly, nonatomic) NSString* state;
 @property(copy, readonly, nonatomic) NSString* postalCode;
 @property(copy, readonly, nonatomic) NSString* country;
@@ -15,7 +17,9 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface CNMutablePostalAddress : CNPostalAddress
 @property(copy, nonatomic) NSString* street;
+@property(copy, nonatomic) NSString* subLocality;
 @property(copy, nonatomic) NSString* city;
+@property(copy, nonatomic) NSString* subAdministrativeArea;
 @property(copy, nonatomic) NSString* state;
 @property(copy, nonatomic) NSString* postalCode;
 @property(copy, nonatomic) NSString* country;

@@ -11,7 +11,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (EKCalendar*)calendarForEntityType:(EKEntityType)entityType eventStore:(EKEventStore*)eventStore;
 @property(null_unspecified, nonatomic, strong) EKSource* source;
 @property(nonatomic, readonly) NSString* calendarIdentifier;
-@property(null_unspecified, nonatomic, copy) NSString* title;
+@property(nonatomic, copy) NSString* title;
 @property(nonatomic, readonly) BOOL allowsContentModifications;
 @end
 

@@ -17,6 +17,7 @@
 #define NS_NOESCAPE __attribute__((noescape))
 #define NS_RETURNS_INNER_POINTER __attribute__((objc_returns_inner_pointer))
 #define NS_REQUIRES_NIL_TERMINATION __attribute__((sentinel(0, 1)))
+#define NS_VALID_UNTIL_END_OF_SCOPE __attribute__((objc_precise_lifetime))
 #define NS_ROOT_CLASS __attribute__((objc_root_class))
 #define NS_SWIFT_UI_ACTOR
 #define FOUNDATION_EXPORT extern "C"
