@@ -9,7 +9,7 @@ namespace vesk {
 /// The value of an object of a property list; of any other class, and nested more than 64 deep, the first kind.
 PropertyListValue propertyListValue(id<NSObject> _Nullable object);
 
-/// The object of a value. Throws ErrorRecord "NSCocoaErrorDomain" 3851 for a value of the first kind and for a text or
+/// The object of a value. Throws ErrorRecord "NSCocoaErrorDomain" 3852 for a value of the first kind and for a text or
 /// key with a null byte.
 id<NSObject> _Nonnull propertyListObject(const PropertyListValue& value);
 
