@@ -7,9 +7,7 @@ namespace vesk {
 namespace {
 
 /// What the system does itself, so that there is nothing for the companion to do.
-CompanionError systemsOwn(const std::string& description) {
-    return {CompanionError::Kind::systemsOwn, description};
-}
+CompanionError systemsOwn(const std::string& description) { return {CompanionError::Kind::systemsOwn, description}; }
 
 } // namespace
 
@@ -17,7 +15,7 @@ std::unique_ptr<Platform> AppleHost::makePlatform() { return std::make_unique<Ap
 
 std::string AppleHost::consent(const ConsentCommand&) {
     throw systemsOwn("macOS keeps consent itself: see System Settings, Privacy & Security, or run "
-                         "VeskCapabilityBroker open-settings NAME.");
+                     "VeskCapabilityBroker open-settings NAME.");
 }
 
 void AppleHost::consentPage(const ConsentPageCommand&) {
@@ -26,7 +24,7 @@ void AppleHost::consentPage(const ConsentPageCommand&) {
 
 DoctorAnswer AppleHost::doctor(const DoctorCommand&) {
     throw systemsOwn("The doctor knows Linux services only. On macOS, VeskCapabilityBroker status tells of each "
-                         "capability.");
+                     "capability.");
 }
 
 } // namespace vesk
