@@ -30,10 +30,19 @@ template <class T> Task<T> answerOfCallback(std::function<void(std::function<voi
     const auto wait = std::make_shared<Wait>();
     const asio::any_io_executor executor = co_await asio::this_coro::executor;
     const auto start = [wait, executor, &begin](auto handler) {
-        // The executor goes on running while it waits for the answer.
-        auto busy = asio::prefer(executor, asio::execution::outstanding_work.tracked);
-        auto kept = std::make_shared<decltype(handler)>(std::move(handler));
-        const auto resume = [busy, kept] { asio::post(busy, [kept] { std::move (*kept)(); }); };
+        // The executor goes on running while it waits for the answer, and not for as long as somebody keeps the
+        // callback.
+        struct Held {
+            decltype(asio::prefer(executor, asio::execution::outstanding_work.tracked)) busy;
+            decltype(handler) resumed;
+        };
+        const auto held = std::make_shared<std::optional<Held>>(
+            Held{asio::prefer(executor, asio::execution::outstanding_work.tracked), std::move(handler)});
+        const auto resume = [held] {
+            const auto taken = std::make_shared<Held>(*std::move(*held));
+            held->reset();
+            asio::post(taken->busy, [taken] { std::move(taken->resumed)(); });
+        };
         try {
             begin([wait, resume](T value) {
                 if (wait->answered.exchange(true)) return;
