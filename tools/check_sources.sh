@@ -5,7 +5,7 @@ set -euo pipefail
 cd -- "$1"
 jobs=$2
 
-mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.hpp')
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.hpp' '*.mm' 'tools/apple/*.h')
 clang-format-16 --dry-run -Werror "${sources[@]}"
 
 log=$(mktemp)

@@ -1,10 +1,10 @@
 #include "vesk/Linux/StoreInspection.hpp"
 
-#include "VeskPlatform/Portable/SystemClock.hpp"
 #include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskPlatform/Linux/Vcard/VcardContactStore.hpp"
 #include "VeskPlatform/Linux/Vdir/VdirEventStore.hpp"
 #include "VeskPlatform/Linux/Vdir/VdirReminderStore.hpp"
+#include "VeskPlatform/Portable/SystemClock.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 

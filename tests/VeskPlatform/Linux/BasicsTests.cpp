@@ -2,9 +2,9 @@
 #include "VeskPlatform/Linux/LinuxPlatform.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/ProcessEnvironment.hpp"
+#include "VeskPlatform/Linux/UserFolders.hpp"
 #include "VeskPlatform/Portable/ExecutableBundle.hpp"
 #include "VeskPlatform/Portable/SystemClock.hpp"
-#include "VeskPlatform/Linux/UserFolders.hpp"
 #include "tests/fakes/FakeBasics.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 

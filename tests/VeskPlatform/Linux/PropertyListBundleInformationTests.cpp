@@ -3,8 +3,8 @@
 #include "VeskPlatform/Linux/ElfSection.hpp"
 #include "VeskPlatform/Linux/MainBundle.hpp"
 #include "VeskPlatform/Linux/PosixFileReader.hpp"
-#include "tests/support/TemporaryFolder.hpp"
 #include "VeskPlatform/Portable/ExecutableBundle.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -10,4 +10,5 @@
 #ifdef __cplusplus
 extern "C"
 #endif
-    void __assert_rtn(const char*, const char*, int, const char*) __attribute__((noreturn));
+    void
+    __assert_rtn(const char*, const char*, int, const char*) __attribute__((noreturn));

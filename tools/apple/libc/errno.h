@@ -6,5 +6,6 @@
 #ifdef __cplusplus
 extern "C"
 #endif
-    int* __error(void);
+    int*
+    __error(void);
 #define errno (*__error())

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <locale.h>
-#include <stddef.h>
 #include <stdarg.h>
+#include <stddef.h>
 #include <stdio.h>
 #include <time.h>
 #include <wchar.h>

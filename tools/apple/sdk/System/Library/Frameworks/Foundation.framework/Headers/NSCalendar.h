@@ -6,7 +6,7 @@
 NS_ASSUME_NONNULL_BEGIN
 
 typedef NSString* NSCalendarIdentifier NS_TYPED_EXTENSIBLE_ENUM;
-FOUNDATION_EXPORT NSCalendarIdentifier const NSCalendarIdentifierGregorian;
+FOUNDATION_EXPORT const NSCalendarIdentifier NSCalendarIdentifierGregorian;
 
 enum : NSInteger { NSDateComponentUndefined = NSIntegerMax };
 

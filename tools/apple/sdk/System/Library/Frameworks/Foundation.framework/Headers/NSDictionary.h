@@ -4,8 +4,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@interface NSDictionary <__covariant KeyType, __covariant ObjectType> : NSObject <NSCopying, NSSecureCoding,
-                                                                                  NSFastEnumeration>
+@interface NSDictionary<__covariant KeyType, __covariant ObjectType>
+    : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
 @property(readonly) NSUInteger count;
 - (nullable ObjectType)objectForKey:(KeyType)key;
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
@@ -20,7 +20,7 @@ NS_ASSUME_NONNULL_BEGIN
                                     count:(NSUInteger)count;
 @end
 
-@interface NSMutableDictionary <KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
+@interface NSMutableDictionary<KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
 + (instancetype)dictionaryWithCapacity:(NSUInteger)capacity;
 + (instancetype)dictionaryWithDictionary:(NSDictionary<KeyType, ObjectType>*)other;
 - (void)setObject:(ObjectType)object forKey:(KeyType<NSCopying>)key;

@@ -4,7 +4,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@interface NSSet <__covariant ObjectType> : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
+@interface NSSet<__covariant ObjectType> : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
 @property(readonly) NSUInteger count;
 + (instancetype)set;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
