@@ -17,9 +17,9 @@ namespace {
 constexpr SecCSFlags noFlags = 0, signingInformation = 2;
 static_assert(noFlags == kSecCSDefaultFlags && signingInformation == kSecCSSigningInformation);
 
-/// Empty where it is no dictionary.
+/// Empty where it is no dictionary that can be read.
 JsonValue::Object jsonObject(id<NSObject> _Nullable list) {
-    JsonValue json = jsonOf(propertyListValue(list));
+    JsonValue json = jsonOf(propertyListValue(list).value_or(PropertyListValue()));
     auto* object = std::get_if<JsonValue::Object>(&json.value);
     return object == nullptr ? JsonValue::Object{} : std::move(*object);
 }

@@ -6,6 +6,8 @@
 
 #include "VeskSupport/Json.hpp"
 
+#include <utility>
+
 namespace vesk {
 
 std::string FoundationPropertyListCoder::encodeBinary(const PropertyListValue& value) {
@@ -26,8 +28,9 @@ PropertyListValue FoundationPropertyListCoder::decode(const std::string& bytes) 
                                                                         options:NSPropertyListImmutable
                                                                          format:nil
                                                                           error:nil];
-        if (object == nil) throw DecodingError(DecodingError::Kind::corrupt, "The data is not a valid property list.");
-        return propertyListValue(object);
+        auto value = object == nil ? std::nullopt : propertyListValue(object);
+        if (!value) throw DecodingError(DecodingError::Kind::corrupt, "The data is not a valid property list.");
+        return *std::move(value);
     }
 }
 

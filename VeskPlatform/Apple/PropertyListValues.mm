@@ -13,6 +13,8 @@ namespace {
 
 constexpr int deepest = 64;
 
+struct TooDeep {};
+
 PropertyListValue converted(id<NSObject> _Nullable object, int depth);
 
 /// Truth values are numbers of a class of their own.
@@ -37,7 +39,8 @@ PropertyListValue::Dictionary convertedDictionary(NSDictionary<NSString*, id<NSO
 }
 
 PropertyListValue converted(id<NSObject> _Nullable object, int depth) {
-    if (object == nil || depth > deepest) return {};
+    if (depth > deepest) throw TooDeep{};
+    if (object == nil) return {};
     id<NSObject> item = known(object);
     if ([item isKindOfClass:[NSString class]]) return {utf8(static_cast<NSString*>(item))};
     if ([item isKindOfClass:[NSNumber class]]) return convertedNumber(static_cast<NSNumber*>(item));
@@ -80,7 +83,13 @@ struct ObjectOf {
 
 } // namespace
 
-PropertyListValue propertyListValue(id<NSObject> _Nullable object) { return converted(object, 0); }
+std::optional<PropertyListValue> propertyListValue(id<NSObject> _Nullable object) {
+    try {
+        return converted(object, 0);
+    } catch (const TooDeep&) {
+        return std::nullopt;
+    }
+}
 
 id<NSObject> propertyListObject(const PropertyListValue& value) { return std::visit(ObjectOf{}, value.value); }
 

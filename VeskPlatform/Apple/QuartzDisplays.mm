@@ -12,6 +12,18 @@ namespace vesk {
 
 static_assert(std::is_same_v<DisplayIdentifier, CGDirectDisplayID>);
 
+namespace {
+
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
+/// The one way to a picture that answers at once. The system would rather be asked for a stream of pictures; its
+/// headers from macOS 15 on still offer this where the oldest system that is built for comes before that one, which
+/// holds here.
+CFOwned<CGImageRef> picture(CGDirectDisplayID display) { return CFOwned<CGImageRef>(CGDisplayCreateImage(display)); }
+#pragma clang diagnostic pop
+
+} // namespace
+
 std::optional<std::size_t> QuartzDisplays::count() {
     std::uint32_t count = 0;
     if (CGGetActiveDisplayList(0, nullptr, &count) != kCGErrorSuccess) return std::nullopt;
@@ -35,9 +47,7 @@ ScreenRectangle QuartzDisplays::bounds(DisplayIdentifier display) {
 }
 
 std::unique_ptr<ScreenImage> QuartzDisplays::capture(DisplayIdentifier display) {
-    // The one way to a picture that answers at once. The headers of macOS 15 offer it only where the oldest system that
-    // is built for comes before that one, which holds here.
-    CFOwned<CGImageRef> image(CGDisplayCreateImage(display));
+    CFOwned<CGImageRef> image = picture(display);
     return image ? std::make_unique<QuartzImage>(std::move(image)) : nullptr;
 }
 

@@ -6,6 +6,8 @@
 #import "VeskPlatform/Apple/CoreFoundationReference.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 
+#include "VeskSupport/Text.hpp"
+
 NS_ASSUME_NONNULL_BEGIN
 
 namespace vesk {
@@ -22,6 +24,9 @@ static_assert(KeychainStatus::failed == errSecIO);
 static_assert(KeychainStatus::parameter == errSecParam);
 
 using Query = NSMutableDictionary<NSString*, id>;
+
+/// Whether it can name a service or an account.
+bool isName(const std::string& text) { return text.find('\0') == std::string::npos && isWellFormedUtf8(text); }
 
 /// The name of an attribute as a key of a dictionary.
 NSString* key(CFStringRef name) { return (__bridge NSString*)name; }
@@ -53,6 +58,7 @@ CFDictionaryRef plain(Query* query) { return (__bridge CFDictionaryRef)query; }
 
 std::int32_t SecurityKeychainItems::update(const std::string& service, const std::string& account,
                                            std::string_view bytes) {
+    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         Query* changes = [Query dictionaryWithCapacity:1];
         changes[key(kSecValueData)] = nsData(bytes);
@@ -62,6 +68,7 @@ std::int32_t SecurityKeychainItems::update(const std::string& service, const std
 
 std::int32_t SecurityKeychainItems::add(const std::string& service, const std::string& account,
                                         std::string_view bytes) {
+    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         Query* item = itemQuery(service, account);
         item[key(kSecValueData)] = nsData(bytes);
@@ -70,6 +77,7 @@ std::int32_t SecurityKeychainItems::add(const std::string& service, const std::s
 }
 
 KeychainItems::Copied SecurityKeychainItems::copy(const std::string& service, const std::string& account) {
+    if (!isName(service) || !isName(account)) return {KeychainStatus::parameter, std::nullopt};
     @autoreleasepool {
         CFOwned<CFTypeRef> found;
         const OSStatus status = SecItemCopyMatching(plain(searchQuery(service, account, kSecReturnData)), found.out());
@@ -80,6 +88,7 @@ KeychainItems::Copied SecurityKeychainItems::copy(const std::string& service, co
 }
 
 std::int32_t SecurityKeychainItems::find(const std::string& service, const std::string& account) {
+    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         CFOwned<CFTypeRef> attributes;
         return SecItemCopyMatching(plain(searchQuery(service, account, kSecReturnAttributes)), attributes.out());
@@ -87,12 +96,14 @@ std::int32_t SecurityKeychainItems::find(const std::string& service, const std::
 }
 
 std::int32_t SecurityKeychainItems::remove(const std::string& service, const std::string& account) {
+    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         return SecItemDelete(plain(itemQuery(service, account)));
     }
 }
 
 std::int32_t SecurityKeychainItems::removeAll(const std::string& service) {
+    if (!isName(service)) return KeychainStatus::parameter;
     @autoreleasepool {
         return SecItemDelete(plain(serviceQuery(service)));
     }

@@ -6,10 +6,18 @@
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 
 #include "VeskSupport/ErrorRecord.hpp"
+#include "VeskSupport/Text.hpp"
 
 #include <atomic>
 
 NS_ASSUME_NONNULL_BEGIN
+
+namespace {
+
+/// In a URL the letters of the scheme are of any case.
+bool isHttps(NSURL* _Nullable url) { return [url.scheme.lowercaseString isEqualToString:@"https"]; }
+
+} // namespace
 
 /// Follows redirections but those that lead away from HTTPS.
 @interface VeskRedirectionGuard : NSObject <NSURLSessionTaskDelegate>
@@ -29,8 +37,7 @@ NS_ASSUME_NONNULL_BEGIN
     willPerformHTTPRedirection:(NSHTTPURLResponse*)response
                     newRequest:(NSURLRequest*)request
              completionHandler:(void (^)(NSURLRequest* _Nullable))completionHandler {
-    const BOOL leavesHttps =
-        [task.currentRequest.URL.scheme isEqualToString:@"https"] && ![request.URL.scheme isEqualToString:@"https"];
+    const bool leavesHttps = isHttps(task.currentRequest.URL) && !isHttps(request.URL);
     if (leavesHttps) _hasRefused = true;
     completionHandler(leavesHttps ? nil : request);
 }
@@ -60,7 +67,7 @@ struct Exchange {
 }
 
 NSURL* urlOf(const HttpRequest& request) {
-    NSURL* url = [NSURL URLWithString:nsString(request.url)];
+    NSURL* url = isWellFormedUtf8(request.url) ? [NSURL URLWithString:nsString(request.url)] : nil;
     if (url == nil) fail(NSURLErrorBadURL, "The URL is not valid.", nil);
     return known(url);
 }

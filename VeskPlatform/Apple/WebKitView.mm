@@ -125,6 +125,8 @@ void WebKitView::loadHtml(std::string document, WebNavigationDelegate& delegate)
 
 void WebKitView::runPrintOperation(WebPrintJob job, WebPrintDelegate& delegate) {
     NSPrintOperation* operation = [webView_ printOperationWithPrintInfo:printInfo(job)];
+    // The view that draws the pages begins without a size, which the print system complains of on standard error.
+    operation.view.frame = NSMakeRect(0, 0, job.paperWidth, job.paperHeight);
     operation.jobTitle = job.jobTitle ? nsString(std::string_view(*job.jobTitle)) : nil;
     operation.showsPrintPanel = NO;
     operation.showsProgressPanel = NO;

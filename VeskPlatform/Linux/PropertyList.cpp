@@ -107,7 +107,7 @@ OwnedPlist withHarmlessKeys(OwnedPlist root) {
 }
 
 [[noreturn]] void cannotWrite(const std::string& what) {
-    constexpr std::int64_t writeInvalid = 3851; // NSPropertyListWriteInvalidError
+    constexpr std::int64_t writeInvalid = 3852; // NSPropertyListWriteInvalidError
     throw ErrorRecord("NSCocoaErrorDomain", writeInvalid, "A property list cannot hold " + what + ".");
 }
 

@@ -113,6 +113,20 @@ Task<void> waitForever() {
     co_await answerOfCallback<int>(begin);
 }
 
+/// Frameworks let go of a callback when they like.
+Task<void> answerAndKeep(std::function<void(int)>& kept) {
+    const std::function<void(std::function<void(int)>)> begin = [&](std::function<void(int)> answer) {
+        kept = std::move(answer);
+        kept(7);
+    };
+    EXPECT_EQ(co_await answerOfCallback<int>(begin), 7);
+}
+
+TEST(HostedExecution, IsDoneThoughACallbackIsKept) {
+    std::function<void(int)> kept;
+    EXPECT_TRUE(runHosted(answerAndKeep(kept)));
+}
+
 TEST(HostedExecution, IsDoneWhenATaskCanNeverEnd) { EXPECT_FALSE(runHosted(waitForever())); }
 
 } // namespace

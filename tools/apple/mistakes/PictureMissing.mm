@@ -1,7 +1,7 @@
 // expects: implicit conversion from nullable pointer 'CGImageRef
-// A display that is gone has no picture.
+// A canvas that there is no memory for has no picture.
 #import <ImageIO/ImageIO.h>
 
-void addDisplay(CGImageDestinationRef destination, CGDirectDisplayID display) {
-    CGImageDestinationAddImage(destination, CGDisplayCreateImage(display), nullptr);
+void addCanvas(CGImageDestinationRef destination, CGContextRef canvas) {
+    CGImageDestinationAddImage(destination, CGBitmapContextCreateImage(canvas), nullptr);
 }

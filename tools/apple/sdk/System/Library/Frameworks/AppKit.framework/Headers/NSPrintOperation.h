@@ -4,9 +4,11 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class NSView;
 @class NSWindow;
 
 @interface NSPrintOperation : NSObject
+@property(nullable, readonly, strong) NSView* view;
 @property(nullable, copy) NSString* jobTitle;
 @property BOOL showsPrintPanel;
 @property BOOL showsProgressPanel;

@@ -12,6 +12,6 @@ CG_EXTERN CGError CGGetActiveDisplayList(uint32_t capacity, CGDirectDisplayID* _
                                          uint32_t* _Nullable count);
 CG_EXTERN CGRect CGDisplayBounds(CGDirectDisplayID display);
 CG_EXTERN CGImageRef _Nullable CGDisplayCreateImage(CGDirectDisplayID display)
-    __attribute__((availability(macos, introduced = 10.6, deprecated = 14.4, obsoleted = 15.0)));
+    __attribute__((availability(macos, introduced = 10.6, deprecated = 14.0, obsoleted = 15.0)));
 
 CF_ASSUME_NONNULL_END

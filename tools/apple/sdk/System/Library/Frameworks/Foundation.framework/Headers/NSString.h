@@ -23,6 +23,7 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 - (NSString*)stringByAppendingString:(NSString*)other;
 - (BOOL)hasPrefix:(NSString*)prefix;
 - (BOOL)isEqualToString:(NSString*)other;
+@property(readonly, copy) NSString* lowercaseString;
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy;
 - (NSUInteger)lengthOfBytesUsingEncoding:(NSStringEncoding)encoding;
