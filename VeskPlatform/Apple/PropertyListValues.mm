@@ -50,7 +50,8 @@ PropertyListValue converted(id<NSObject> _Nullable object, int depth) {
 }
 
 [[noreturn]] void cannotWrite(const std::string& what) {
-    throw ErrorRecord("NSCocoaErrorDomain", NSPropertyListWriteInvalidError,
+    // The code with which the system itself refuses such a value.
+    throw ErrorRecord("NSCocoaErrorDomain", NSPropertyListWriteStreamError,
                       "A property list cannot hold " + what + ".");
 }
 

@@ -107,8 +107,8 @@ OwnedPlist withHarmlessKeys(OwnedPlist root) {
 }
 
 [[noreturn]] void cannotWrite(const std::string& what) {
-    constexpr std::int64_t writeInvalid = 3851; // NSPropertyListWriteInvalidError
-    throw ErrorRecord("NSCocoaErrorDomain", writeInvalid, "A property list cannot hold " + what + ".");
+    constexpr std::int64_t writeStreamError = 3851; // NSPropertyListWriteStreamError
+    throw ErrorRecord("NSCocoaErrorDomain", writeStreamError, "A property list cannot hold " + what + ".");
 }
 
 /// The library takes texts up to their first null byte, and makes others of ill-formed ones.

@@ -38,7 +38,7 @@ enum : NSInteger {
     NSFileWriteOutOfSpaceError = 640,
     NSFileWriteVolumeReadOnlyError = 642,
     NSPropertyListReadCorruptError = 3840,
-    NSPropertyListWriteInvalidError = 3851,
+    NSPropertyListWriteStreamError = 3851,
 };
 
 NS_ASSUME_NONNULL_END
