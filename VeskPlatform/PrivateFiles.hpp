@@ -23,7 +23,7 @@ public:
     virtual void writeThrough(const std::string& path, std::string_view bytes) = 0;
     /// In one step, over a file that is there; both are in one file system.
     virtual void rename(const std::string& path, const std::string& newPath) = 0;
-    /// A file, or a link itself; ENOENT where nothing is there.
+    /// A file, or a link itself; ENOENT where nothing is there, EISDIR for a folder.
     virtual void removeFile(const std::string& path) = 0;
     /// Opens an existing file, writes at its end, closes it.
     virtual void append(const std::string& path, std::string_view bytes) = 0;

@@ -15,8 +15,9 @@ void copyTree(const std::string& path, const std::string& destination);
 bool isLink(NSString* path);
 
 /// Whether what `item` is or leads to is `folder`, which is no link, or lies anywhere in it. Not where one of them is
-/// not there.
-bool isOrContains(NSURL* folder, NSURL* item);
+/// not there. Told by what things are and not by their names: a folder may hold other volumes, and `folder` may be a
+/// file.
+bool isOrContains(const std::string& folder, const std::string& item);
 
 } // namespace vesk
 

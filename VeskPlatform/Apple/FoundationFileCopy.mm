@@ -1,9 +1,12 @@
 #import "VeskPlatform/Apple/FoundationFileCopy.hpp"
 
 #import "VeskPlatform/Apple/FoundationFileItems.hpp"
+#import "VeskPlatform/Apple/FoundationValues.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 namespace vesk {
 namespace {
@@ -25,18 +28,24 @@ void requireCopyable(NSURL* source, const std::string& path) {
 
 void requireOutside(NSURL* source, NSURL* target, const std::string& destination) {
     NSString* name = source.path;
-    if (name == nil || isLink(name)) return;
-    if (isOrContains(source, folderOf(target))) throw PosixError(EINVAL, destination);
+    NSString* place = folderOf(target).path;
+    if (name == nil || place == nil || isLink(known(name))) return;
+    if (isOrContains(utf8(known(name)), utf8(known(place)))) throw PosixError(EINVAL, destination);
 }
 
 } // namespace
 
 bool isLink(NSString* path) { return [typeOf(path) isEqual:NSFileTypeSymbolicLink]; }
 
-bool isOrContains(NSURL* folder, NSURL* item) {
-    NSURLRelationship relationship = NSURLRelationshipOther;
-    return [manager() getRelationship:&relationship ofDirectoryAtURL:folder toItemAtURL:resolvedUrl(item) error:nil]
-           && relationship != NSURLRelationshipOther;
+bool isOrContains(const std::string& folder, const std::string& item) {
+    std::error_code failure;
+    std::filesystem::path place = std::filesystem::canonical(item, failure);
+    while (!failure) {
+        if (std::filesystem::equivalent(folder, place, failure)) return true;
+        if (place == place.parent_path()) return false;
+        place = place.parent_path();
+    }
+    return false;
 }
 
 void copyTree(const std::string& path, const std::string& destination) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cmath>
 #include <iterator>
 #include <memory>
 
@@ -40,7 +41,10 @@ bool hasNullByte(const std::string& path) { return path.find('\0') != std::strin
 
 /// Cut towards 1970, which is not how other dates are cut.
 Instant dateOf(NSDate* date) {
-    const std::chrono::duration<double> sinceEpoch(date.timeIntervalSince1970);
+    // A date counts from another year, so that a whole millisecond comes back as a few parts of a million less.
+    constexpr double rounding = 0.001;
+    const double milliseconds = date.timeIntervalSince1970 * 1'000.0;
+    const std::chrono::duration<double, std::milli> sinceEpoch{milliseconds + std::copysign(rounding, milliseconds)};
     return Instant(std::chrono::duration_cast<Instant::duration>(sinceEpoch));
 }
 

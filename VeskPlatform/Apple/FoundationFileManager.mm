@@ -63,8 +63,9 @@ std::optional<FileAttributes> FoundationFileManager::attributes(const std::strin
 bool FoundationFileManager::isOrContains(const std::string& folder, const std::string& item) {
     NSString* name = namedPath(folder);
     if (name == nil || !fileExists(item) || isLink(name)) return false;
-    NSURL* url = usableFileUrl(item);
-    return vesk::isOrContains(usableFileUrl(folder), url) || vesk::isOrContains(usableFileUrl(folder), folderOf(url));
+    // Where a link lies counts as well as what it leads to.
+    const std::string place = optionalUtf8(folderOf(usableFileUrl(item)).path).value_or(item);
+    return vesk::isOrContains(folder, item) || vesk::isOrContains(folder, place);
 }
 
 std::unique_ptr<DirectoryReader> FoundationFileManager::openDirectory(const std::string& path) {

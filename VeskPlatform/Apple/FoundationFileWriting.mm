@@ -1,10 +1,12 @@
 #include "VeskPlatform/Apple/FoundationFileWriting.hpp"
 
+#import "VeskPlatform/Apple/FoundationFileCopy.hpp"
 #import "VeskPlatform/Apple/FoundationFileItems.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>
+#include <cstdio>
 
 namespace vesk {
 namespace {
@@ -16,23 +18,41 @@ NSURL* hiddenSibling(NSURL* url) {
     return known(sibling);
 }
 
-BOOL moveInto(NSURL* hidden, NSURL* url, NSError** error) {
-    if ([NSFileManager.defaultManager moveItemAtURL:hidden toURL:url error:error]) return YES;
+/// NSData either writes atomically or without overwriting; a move never overwrites.
+BOOL moveBeside(NSURL* hidden, NSURL* url, NSError** error) {
+    return [NSFileManager.defaultManager moveItemAtURL:hidden toURL:url error:error];
+}
+
+/// A system call, which puts the file in the place of a link itself.
+BOOL moveOver(NSURL* hidden, NSURL* url, NSError** error) {
+    if (std::rename(hidden.fileSystemRepresentation, url.fileSystemRepresentation) == 0) return YES;
+    *error = [NSError errorWithDomain:NSPOSIXErrorDomain code:errno userInfo:nil];
+    return NO;
+}
+
+BOOL writeBesideAndMove(NSData* data, NSURL* url, BOOL (*move)(NSURL*, NSURL*, NSError**), NSError** error) {
+    NSURL* hidden = hiddenSibling(url);
+    if ([data writeToURL:hidden options:NSDataWritingAtomic error:error] && move(hidden, url, error)) return YES;
     [NSFileManager.defaultManager removeItemAtURL:hidden error:nil];
     return NO;
 }
 
-/// NSData either writes atomically or without overwriting; a move never overwrites.
-BOOL writeNewFile(NSData* data, NSURL* url, NSError** error) {
-    NSURL* hidden = hiddenSibling(url);
-    return [data writeToURL:hidden options:NSDataWritingAtomic error:error] && moveInto(hidden, url, error);
+bool leadsNowhere(const std::string& path) {
+    NSString* name = namedPath(path);
+    return name != nil && isLink(known(name)) && !fileItem(path);
+}
+
+/// An atomic writing puts a new file in a link's place, so that a link is followed first.
+BOOL replaceFile(NSData* data, const std::string& path, NSError** error) {
+    NSURL* url = usableFileUrl(path);
+    if (leadsNowhere(path)) return writeBesideAndMove(data, url, moveOver, error);
+    return [data writeToURL:resolvedUrl(url) options:NSDataWritingAtomic error:error];
 }
 
 } // namespace
 
 void writeWholeFile(const std::string& path, std::string_view bytes, ExistingFile existing) {
-    // An atomic writing puts a new file in a link's place.
-    NSURL* url = resolvedUrl(usableFileUrl(path));
+    NSURL* url = usableFileUrl(path);
     if (path.ends_with('/')) throw PosixError(EISDIR, path);
     if (const auto item = fileItem(path)) {
         requireRegularFile(*item, path);
@@ -40,9 +60,8 @@ void writeWholeFile(const std::string& path, std::string_view bytes, ExistingFil
     }
     NSData* data = nsData(bytes);
     NSError* error = nil;
-    const BOOL written = existing == ExistingFile::keep
-                             ? writeNewFile(data, url, &error)
-                             : [data writeToURL:url options:NSDataWritingAtomic error:&error];
+    const BOOL written = existing == ExistingFile::keep ? writeBesideAndMove(data, url, moveBeside, &error)
+                                                        : replaceFile(data, path, &error);
     if (!written) throwFileError(error, path);
 }
 

@@ -107,7 +107,11 @@ void FoundationPrivateFiles::rename(const std::string& path, const std::string& 
 
 /// A system call, since NSFileManager would remove a folder with everything in it.
 void FoundationPrivateFiles::removeFile(const std::string& path) {
-    if (::unlink(systemPath(path)) != 0) throw PosixError(errno, path);
+    if (::unlink(systemPath(path)) == 0) return;
+    const int failure = errno;
+    const auto item = fileItem(path);
+    // This is what the system says of a folder.
+    throw PosixError(failure == EPERM && item && item->isDirectory ? EISDIR : failure, path);
 }
 
 void FoundationPrivateFiles::append(const std::string& path, std::string_view bytes) {

@@ -61,9 +61,9 @@ FoundationWorkDirectory::FoundationWorkDirectory(const std::string& prefix) {
     NSURL* named = [parent URLByAppendingPathComponent:name isDirectory:YES];
     removeAbandoned(parent, nsString(prefix));
     makeFolder(unnamed);
-    lock_ = openFolder(unnamed);
     path_ = optionalUtf8(named.path).value_or("");
     NSError* error = nil;
+    lock_ = openFolder(unnamed);
     if (lock_ && isFree(lock_) && [manager() moveItemAtURL:unnamed toURL:named error:&error]) return;
     const int failure = errno;
     [manager() removeItemAtURL:unnamed error:nil];

@@ -53,6 +53,7 @@ PropertyListValue converted(id<NSObject> _Nullable object, int depth) {
 }
 
 [[noreturn]] void cannotWrite(const std::string& what) {
+    // The code with which the system itself refuses such a value.
     throw ErrorRecord("NSCocoaErrorDomain", NSPropertyListWriteInvalidError,
                       "A property list cannot hold " + what + ".");
 }

@@ -58,6 +58,14 @@ NSTask* taskFor(const ProgramLaunch& launch) {
     return task;
 }
 
+/// The system says of any file that it cannot run that it is not there.
+int launchErrorNumber(NSError* _Nullable error, const std::string& path) {
+    const auto item = fileItem(path);
+    const bool mayRun =
+        item && item->isRegularFile && [NSFileManager.defaultManager isExecutableFileAtPath:nsString(path)];
+    return item && !mayRun ? EACCES : systemErrorNumberOf(error);
+}
+
 NSPipe* pipeFor(const ProgramLaunch& launch) {
     NSPipe* pipe = [NSPipe pipe];
     if (pipe == nil) throw PosixError(EMFILE, launch.executable);
@@ -91,7 +99,8 @@ std::unique_ptr<RunningProgram> TaskProgramLauncher::launch(const ProgramLaunch&
       dispatch_semaphore_signal(ended);
     };
     NSError* error = nil;
-    if (![task launchAndReturnError:&error]) throw PosixError(systemErrorNumberOf(error), launch.executable);
+    if (![task launchAndReturnError:&error])
+        throw PosixError(launchErrorNumber(error, launch.executable), launch.executable);
     [streams.inputReading closeAndReturnError:nil]; // the program has its own
     streams.inputReading = nil;
     return std::make_unique<TaskRunningProgram>(task, ended, streams, launch.executable, stallLimit_);

@@ -20,12 +20,6 @@ FOUNDATION_EXPORT const NSFileAttributeKey NSFileOwnerAccountID;
 FOUNDATION_EXPORT const NSFileAttributeKey NSFilePosixPermissions;
 
 typedef NS_OPTIONS(NSUInteger, NSDirectoryEnumerationOptions) { NSDirectoryEnumerationSkipsHiddenFiles = 1UL << 2 };
-typedef NS_ENUM(NSInteger, NSURLRelationship) {
-    NSURLRelationshipContains,
-    NSURLRelationshipSame,
-    NSURLRelationshipOther,
-};
-
 FOUNDATION_EXPORT NSString* NSTemporaryDirectory(void);
 
 @interface NSFileManager : NSObject
@@ -50,10 +44,6 @@ FOUNDATION_EXPORT NSString* NSTemporaryDirectory(void);
                            includingPropertiesForKeys:(nullable NSArray<NSURLResourceKey>*)keys
                                               options:(NSDirectoryEnumerationOptions)options
                                                 error:(NSError* _Nullable* _Nullable)error;
-- (BOOL)getRelationship:(NSURLRelationship*)relationship
-       ofDirectoryAtURL:(NSURL*)directory
-            toItemAtURL:(NSURL*)item
-                  error:(NSError* _Nullable* _Nullable)error;
 - (BOOL)copyItemAtURL:(NSURL*)source toURL:(NSURL*)destination error:(NSError* _Nullable* _Nullable)error;
 - (BOOL)moveItemAtURL:(NSURL*)source toURL:(NSURL*)destination error:(NSError* _Nullable* _Nullable)error;
 - (BOOL)removeItemAtURL:(NSURL*)url error:(NSError* _Nullable* _Nullable)error;

@@ -4,6 +4,6 @@
 
 /// A program that runs, and the file of one.
 typedef struct CF_BRIDGED_TYPE(id) __SecCode* SecCodeRef;
-typedef struct CF_BRIDGED_TYPE(id) const __SecCode* SecStaticCodeRef;
+typedef const struct CF_BRIDGED_TYPE(id) __SecCode* SecStaticCodeRef;
 
 typedef CF_OPTIONS(uint32_t, SecCSFlags) { kSecCSDefaultFlags = 0 };
