@@ -9,7 +9,7 @@
 namespace vesk {
 namespace {
 
-constexpr std::int32_t nanoseconds = 1'000'000'000;
+constexpr std::int32_t largestTimescale = std::numeric_limits<std::int32_t>::max();
 
 bool isUsable(double length) { return length != 0 && !std::isnan(length); }
 
@@ -66,8 +66,7 @@ AffineTransform aspectFitTransform(const MediaSize& naturalSize, const AffineTra
 
 MediaTime sum(const MediaTime& first, const MediaTime& second) {
     const std::int64_t common = std::lcm(std::int64_t{first.timescale}, std::int64_t{second.timescale});
-    const std::int32_t timescale =
-        common <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int32_t>(common) : nanoseconds;
+    const std::int32_t timescale = common <= largestTimescale ? static_cast<std::int32_t>(common) : largestTimescale;
     return {inTimescale(first, timescale) + inTimescale(second, timescale), timescale};
 }
 

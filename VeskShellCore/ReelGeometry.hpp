@@ -20,7 +20,8 @@ MediaRectangle letterboxed(const MediaSize& image, const MediaSize& renderSize);
 AffineTransform aspectFitTransform(const MediaSize& naturalSize, const AffineTransform& preferred,
                                    const MediaSize& renderSize);
 
-/// Exact where a common timescale is at hand (it fits 31 bits), else to the nanosecond.
+/// Exact where a common timescale is at hand (it fits 31 bits), else in the largest timescale: the rule by which media
+/// frameworks add times, so that a piece of a timeline ends where the next begins.
 MediaTime sum(const MediaTime& first, const MediaTime& second);
 
 double seconds(const MediaTime& time);

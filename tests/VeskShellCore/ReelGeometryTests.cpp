@@ -64,9 +64,9 @@ TEST(ReelGeometry, TimesAddUpExactly) {
     EXPECT_DOUBLE_EQ(seconds(sum({99, 30}, {1, 90'000})), 3.3 + 1.0 / 90'000);
 }
 
-TEST(ReelGeometry, WithoutACommonTimescaleNanosecondsDo) {
+TEST(ReelGeometry, WithoutACommonTimescaleTheLargestDoes) {
     const MediaTime total = sum({2'147'483'647, 2'147'483'647}, {1'000'003, 1'000'003});
-    EXPECT_EQ(total, (MediaTime{2'000'000'000, 1'000'000'000}));
+    EXPECT_EQ(total, (MediaTime{2 * std::int64_t{2'147'483'647}, 2'147'483'647}));
 }
 
 } // namespace
