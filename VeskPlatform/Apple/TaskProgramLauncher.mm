@@ -3,27 +3,13 @@
 #import "VeskPlatform/Apple/FoundationFileItems.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 #import "VeskPlatform/Apple/TaskRunningProgram.hpp"
+#include "VeskPlatform/Portable/LaunchWords.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
-#include <algorithm>
 #include <cerrno>
 
 namespace vesk {
 namespace {
-
-bool hasNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
-
-bool isVariable(const std::pair<const std::string, std::string>& variable) {
-    const auto& [name, value] = variable;
-    return !name.empty() && name.find('=') == std::string::npos && !hasNul(name) && !hasNul(value);
-}
-
-/// What a program cannot be told as it stands would reach it as something else.
-void checkWords(const ProgramLaunch& launch) {
-    if (hasNul(launch.executable) || std::ranges::any_of(launch.arguments, hasNul)
-        || !std::ranges::all_of(launch.variables, isVariable) || hasNul(launch.workingDirectory.value_or("")))
-        throw PosixError(EINVAL, launch.executable);
-}
 
 /// The system's failure to enter it would not say which of the two paths it is about.
 NSURL* enterableFolder(const std::string& path) {

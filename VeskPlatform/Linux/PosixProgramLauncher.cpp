@@ -2,11 +2,12 @@
 
 #include "VeskPlatform/Linux/PosixRunningProgram.hpp"
 #include "VeskPlatform/Linux/ProgramSpawn.hpp"
+#include "VeskPlatform/Portable/LaunchWords.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,20 +15,6 @@ namespace vesk {
 namespace {
 
 constexpr int mostLargePipes = 16, largePipe = 1 << 20;
-
-bool hasNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
-
-bool isVariable(const std::pair<const std::string, std::string>& variable) {
-    const auto& [name, value] = variable;
-    return !name.empty() && name.find('=') == std::string::npos && !hasNul(name) && !hasNul(value);
-}
-
-/// What a program cannot be told as it stands would reach it as something else.
-void checkWords(const ProgramLaunch& launch) {
-    if (hasNul(launch.executable) || std::ranges::any_of(launch.arguments, hasNul)
-        || !std::ranges::all_of(launch.variables, isVariable) || hasNul(launch.workingDirectory.value_or("")))
-        throw PosixError(EINVAL, launch.executable);
-}
 
 Pipe pipeFor(const ProgramLaunch& launch) {
     std::optional<Pipe> pipe = makePipe();
