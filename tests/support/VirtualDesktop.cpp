@@ -3,6 +3,8 @@
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 #include "tests/support/BackgroundPrograms.hpp"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -14,6 +16,8 @@
 namespace vesk::test {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds patience{15};
 
@@ -36,6 +40,26 @@ std::string outputOf(const std::vector<std::string>& arguments) {
     return result && result->status == 0 ? firstLine(result->output) : "";
 }
 
+/// What a server has of a display number while it runs, and what a killed one leaves.
+std::array<std::string, 2> tracesOf(const std::string& display) {
+    const std::string number = display.substr(1);
+    return {"/tmp/.X" + number + "-lock", "/tmp/.X11-unix/X" + number};
+}
+
+bool isTaken(const std::string& display) {
+    const auto traces = tracesOf(display);
+    return std::any_of(traces.begin(), traces.end(), [](const std::string& path) { return fs::exists(path); });
+}
+
+/// A number of our own: servers that look for a free one remove each other's sockets when they start at once. Nor one
+/// with a lock of a killed server, which names a process: where that number has come round, it may be the new server's.
+std::string displayOfOurOwn() {
+    constexpr int numbers = 29'000;
+    int number = 100 + ::getpid() % numbers;
+    if (isTaken(":" + std::to_string(number))) number += numbers;
+    return ":" + std::to_string(number);
+}
+
 } // namespace
 
 void eventually(const std::string& what, const std::function<bool()>& condition) {
@@ -45,8 +69,7 @@ void eventually(const std::string& what, const std::function<bool()>& condition)
 VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
     const std::string server = requiredProgram("Xvfb", "xvfb");
     const std::string xdotool = requiredProgram("xdotool", "xdotool");
-    // A number of our own: servers that look for a free one remove each other's sockets when they start at once.
-    display_ = ":" + std::to_string(100 + ::getpid() % 50000);
+    display_ = displayOfOurOwn();
     server_ = programs_.emplace_back(
         startInBackground({server, display_, "-screen", "0", screen.format, "-nolisten", "tcp", "-noreset"}));
     setVariable("DISPLAY", display_);
@@ -59,7 +82,7 @@ VirtualDesktop::VirtualDesktop(const VirtualScreen& screen) {
         // Windows that come before it has begun get no focus.
         const std::string ready = folder_ / "managed";
         programs_.push_back(startInBackground({requiredProgram("openbox", "openbox"), "--startup", "touch " + ready}));
-        eventually("the window manager", [&] { return std::filesystem::exists(ready); });
+        eventually("the window manager", [&] { return fs::exists(ready); });
     }
 }
 
@@ -70,6 +93,8 @@ VirtualDesktop::~VirtualDesktop() {
         ::kill(*program, *program == server_ ? SIGTERM : SIGKILL);
         ::waitpid(*program, nullptr, 0);
     }
+    std::error_code ignored;
+    for (const std::string& trace : tracesOf(display_)) fs::remove(trace, ignored); // of a server that was killed
     for (const std::string& name : variables_) ::unsetenv(name.c_str());
 }
 
