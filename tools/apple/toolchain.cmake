@@ -47,6 +47,12 @@ set(CMAKE_CXX_FLAGS_DEBUG_INIT "-O1")
 set(CMAKE_OBJCXX_FLAGS_DEBUG_INIT "-O1")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "--ld-path=/usr/bin/ld64.lld-19 -mlinker-version=820 -nostdlib -lSystem -lc++ -lobjc")
 
+# A new header that now comes before another one changes no file that a compilation has read: without its name in the
+# command, ccache would go on giving out what was compiled before, and ninja would not compile again.
+file(GLOB_RECURSE declared RELATIVE ${CMAKE_CURRENT_LIST_DIR} ${CMAKE_CURRENT_LIST_DIR}/libc/* ${CMAKE_CURRENT_LIST_DIR}/sdk/*)
+string(MD5 declared "${declared}")
+add_compile_definitions(VESK_DECLARED="${declared}")
+
 # Portable libraries, where a Mac has them of a package manager.
 set(CMAKE_FIND_ROOT_PATH ${VESK_PREPARED})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
