@@ -5,8 +5,8 @@
 #include "VeskPlatform/Apple/FoundationFileWriting.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 #include "VeskPlatform/Apple/FoundationWorkDirectory.hpp"
-#include "VeskPlatform/Apple/OwnedDescriptor.hpp"
 #include "VeskPlatform/Apple/SystemDirectoryReader.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

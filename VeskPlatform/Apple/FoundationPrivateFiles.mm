@@ -2,7 +2,7 @@
 
 #import "VeskPlatform/Apple/FoundationFileItems.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
-#include "VeskPlatform/Apple/OwnedDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>
@@ -82,7 +82,7 @@ bool FoundationPrivateFiles::exists(const std::string& path) {
 /// A system call, since NSFileManager would replace what is there.
 void FoundationPrivateFiles::createFile(const std::string& path, unsigned mode) {
     const auto bits = static_cast<mode_t>(mode);
-    const OwnedDescriptor file(::open(systemPath(path), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, bits));
+    const FileDescriptor file(::open(systemPath(path), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, bits));
     if (!file) throw PosixError(errno, path);
     if (::fchmod(file.get(), bits) == 0) return; // the mask may have taken some of it
     const int failure = errno;
@@ -101,7 +101,7 @@ void FoundationPrivateFiles::rename(const std::string& path, const std::string& 
     if (::rename(systemPath(path), systemPath(newPath)) != 0) throw PosixError(errno, newPath);
     // The file has its new name by now, so nothing may fail any more; it is as durable as the system makes it.
     NSURL* above = folderOf(usableFileUrl(newPath));
-    const OwnedDescriptor folder(::open(above.fileSystemRepresentation, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor folder(::open(above.fileSystemRepresentation, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder) (void)::fsync(folder.get());
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "VeskPlatform/Apple/OwnedDescriptor.hpp"
 #include "VeskPlatform/FileManager.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <string>
 
@@ -21,7 +21,7 @@ public:
 
 private:
     std::string path_;
-    OwnedDescriptor lock_;
+    FileDescriptor lock_;
 };
 
 } // namespace vesk

@@ -14,11 +14,11 @@ namespace {
 
 NSFileManager* manager() { return NSFileManager.defaultManager; }
 
-OwnedDescriptor openFolder(NSURL* url) {
-    return OwnedDescriptor(::open(url.fileSystemRepresentation, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+FileDescriptor openFolder(NSURL* url) {
+    return FileDescriptor(::open(url.fileSystemRepresentation, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-bool isFree(const OwnedDescriptor& folder) { return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0; }
+bool isFree(const FileDescriptor& folder) { return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0; }
 
 bool isOwn(NSURL* url) {
     NSString* path = url.path;
@@ -35,7 +35,7 @@ void removeAbandoned(NSURL* parent, NSString* prefix) {
                                                            error:nil];
     for (NSURL* item in items) {
         if (![item.lastPathComponent hasPrefix:prefix] || !isOwn(item)) continue;
-        const OwnedDescriptor folder = openFolder(item);
+        const FileDescriptor folder = openFolder(item);
         if (folder && isFree(folder)) [manager() removeItemAtURL:item error:nil];
     }
 }

@@ -6,7 +6,7 @@
 #import "VeskPlatform/Apple/CoreFoundationReference.hpp"
 #import "VeskPlatform/Apple/FoundationValues.hpp"
 
-#include "VeskSupport/Text.hpp"
+#include "VeskPlatform/Portable/KeychainNames.hpp"
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -24,9 +24,6 @@ static_assert(KeychainStatus::failed == errSecIO);
 static_assert(KeychainStatus::parameter == errSecParam);
 
 using Query = NSMutableDictionary<NSString*, id>;
-
-/// Whether it can name a service or an account.
-bool isName(const std::string& text) { return text.find('\0') == std::string::npos && isWellFormedUtf8(text); }
 
 /// The name of an attribute as a key of a dictionary.
 NSString* key(CFStringRef name) { return (__bridge NSString*)name; }
@@ -58,7 +55,7 @@ CFDictionaryRef plain(Query* query) { return (__bridge CFDictionaryRef)query; }
 
 std::int32_t SecurityKeychainItems::update(const std::string& service, const std::string& account,
                                            std::string_view bytes) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         Query* changes = [Query dictionaryWithCapacity:1];
         changes[key(kSecValueData)] = nsData(bytes);
@@ -68,7 +65,7 @@ std::int32_t SecurityKeychainItems::update(const std::string& service, const std
 
 std::int32_t SecurityKeychainItems::add(const std::string& service, const std::string& account,
                                         std::string_view bytes) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         Query* item = itemQuery(service, account);
         item[key(kSecValueData)] = nsData(bytes);
@@ -77,7 +74,7 @@ std::int32_t SecurityKeychainItems::add(const std::string& service, const std::s
 }
 
 KeychainItems::Copied SecurityKeychainItems::copy(const std::string& service, const std::string& account) {
-    if (!isName(service) || !isName(account)) return {KeychainStatus::parameter, std::nullopt};
+    if (!isKeychainName(service) || !isKeychainName(account)) return {KeychainStatus::parameter, std::nullopt};
     @autoreleasepool {
         CFOwned<CFTypeRef> found;
         const OSStatus status = SecItemCopyMatching(plain(searchQuery(service, account, kSecReturnData)), found.out());
@@ -88,7 +85,7 @@ KeychainItems::Copied SecurityKeychainItems::copy(const std::string& service, co
 }
 
 std::int32_t SecurityKeychainItems::find(const std::string& service, const std::string& account) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         CFOwned<CFTypeRef> attributes;
         return SecItemCopyMatching(plain(searchQuery(service, account, kSecReturnAttributes)), attributes.out());
@@ -96,14 +93,14 @@ std::int32_t SecurityKeychainItems::find(const std::string& service, const std::
 }
 
 std::int32_t SecurityKeychainItems::remove(const std::string& service, const std::string& account) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     @autoreleasepool {
         return SecItemDelete(plain(itemQuery(service, account)));
     }
 }
 
 std::int32_t SecurityKeychainItems::removeAll(const std::string& service) {
-    if (!isName(service)) return KeychainStatus::parameter;
+    if (!isKeychainName(service)) return KeychainStatus::parameter;
     @autoreleasepool {
         return SecItemDelete(plain(serviceQuery(service)));
     }

@@ -1,15 +1,12 @@
 #import "VeskPlatform/Apple/TaskRunningProgram.hpp"
 
-#include "VeskSupport/ErrorRecord.hpp"
+#include "VeskPlatform/Portable/GuardedPipe.hpp"
 #include "VeskSupport/FilePath.hpp"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
 #include <utility>
 
 namespace vesk {
@@ -19,32 +16,10 @@ using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 using std::chrono::steady_clock;
 
-/// What a program left running may write for ever, and faster than it can be read. No program's own output is this
-/// long.
-constexpr std::size_t mostBytes = std::size_t{64} << 20;
-
 /// How often it is looked whether the program has ended while its input is full.
 constexpr milliseconds inputInterval{50};
 
-milliseconds timeUntil(steady_clock::time_point time) {
-    return std::chrono::ceil<milliseconds>(time - steady_clock::now());
-}
-
-/// Waits until it can be read or written, however often a signal interrupts it; false where it cannot in time.
-bool isReadyWithin(int descriptor, short events, milliseconds limit) {
-    const auto deadline = steady_clock::now() + limit;
-    for (;;) {
-        pollfd end{.fd = descriptor, .events = events, .revents = 0};
-        const milliseconds left = std::max(timeUntil(deadline), milliseconds(0));
-        const int ready = ::poll(&end, 1, static_cast<int>(left.count()));
-        if (ready > 0) return true;
-        if (ready == 0) return false;
-    }
-}
-
-bool isFull(NSPipe* _Nullable pipe) {
-    return !isReadyWithin(pipe.fileHandleForWriting.fileDescriptor, POLLOUT, milliseconds(0));
-}
+bool isFull(NSPipe* _Nullable pipe) { return vesk::isFull(pipe.fileHandleForWriting.fileDescriptor); }
 
 std::int32_t statusOf(NSTask* task) {
     constexpr int signalBase = 128;
@@ -97,23 +72,16 @@ void TaskRunningProgram::writeInput(std::string_view bytes) {
     } closing{*this};
     const int input = streams_.input.fileDescriptor;
     ::fcntl(input, F_SETNOSIGPIPE, 1);
-    ::fcntl(input, F_SETFL, O_NONBLOCK); // of this end alone, not of the program's
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(input, bytes.data(), bytes.size());
-        if (written >= 0)
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        else if (errno == EPIPE || (errno == EAGAIN && !hasRoom(input)))
-            return;
-        else if (errno != EAGAIN && errno != EINTR)
-            throw PosixError(errno, name_);
-    }
+    writeWhileRead(
+        input, bytes, [&] { return hasRoom(input); }, name_);
 }
 
 /// Waits for it. False where the program has ended instead: something that it left running may hold the pipe for ever.
 bool TaskRunningProgram::hasRoom(int input) {
     const auto deadline = steady_clock::now() + stallLimit_;
+    std::array<pollfd, 1> end{{{input, POLLOUT, 0}}};
     while (steady_clock::now() < deadline) {
-        if (isReadyWithin(input, POLLOUT, std::min(inputInterval, stallLimit_))) return true;
+        if (waitForAny(end, std::min(inputInterval, stallLimit_))) return true;
         if (hasEndedWithin(milliseconds(0))) return false;
     }
     if (const auto full = fullStream())
@@ -145,19 +113,7 @@ std::string TaskRunningProgram::readOutputToEnd() { return readToEnd(streams_.ou
 std::string TaskRunningProgram::readErrorsToEnd() { return readToEnd(streams_.errors.fileHandleForReading); }
 
 std::string TaskRunningProgram::readToEnd(NSFileHandle* _Nullable stream) const {
-    const int descriptor = stream.fileDescriptor;
-    std::string bytes;
-    std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
-    // What is there is read in any case, since the program itself may have written it.
-    while (bytes.size() < mostBytes && isReadyWithin(descriptor, POLLIN, timeUntil(readingEnds_))) {
-        const ssize_t count = ::read(descriptor, block.data(), block.size());
-        if (count > 0)
-            bytes.append(block.data(), static_cast<std::size_t>(count));
-        else if (count == 0)
-            break;
-        else if (errno != EINTR)
-            throw PosixError(errno, name_);
-    }
+    std::string bytes = readUntil(stream.fileDescriptor, readingEnds_, name_);
     [stream closeAndReturnError:nil];
     return bytes;
 }

@@ -1,8 +1,8 @@
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/Pipe.hpp"
 #include "VeskPlatform/Linux/ProgramSpawn.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <array>
 #include <cerrno>

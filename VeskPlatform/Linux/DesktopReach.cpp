@@ -1,7 +1,7 @@
 #include "VeskPlatform/Linux/DesktopReach.hpp"
 
 #include "VeskPlatform/Environment.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <algorithm>
 #include <cerrno>

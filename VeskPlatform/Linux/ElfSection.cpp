@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/ElfSection.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <fcntl.h>
 #include <gelf.h>

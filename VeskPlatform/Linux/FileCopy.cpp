@@ -1,7 +1,7 @@
 #include "VeskPlatform/Linux/FileCopy.hpp"
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "VeskPlatform/Linux/FileWriting.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/RandomUuid.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

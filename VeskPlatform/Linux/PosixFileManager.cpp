@@ -2,11 +2,11 @@
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
 #include "VeskPlatform/Linux/FileCopy.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/FileWriting.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
 #include "VeskPlatform/Linux/SystemRandomSource.hpp"
 #include "VeskPlatform/Linux/WorkFolder.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>

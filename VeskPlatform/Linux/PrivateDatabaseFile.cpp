@@ -1,7 +1,7 @@
 #include "VeskPlatform/Linux/PrivateDatabaseFile.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/PosixPrivateFiles.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

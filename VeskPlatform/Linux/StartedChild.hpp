@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <chrono>
 #include <cstdint>

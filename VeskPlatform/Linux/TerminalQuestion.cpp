@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/TerminalQuestion.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VeskPlatform/FileManager.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <string>
 

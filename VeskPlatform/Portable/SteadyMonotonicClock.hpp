@@ -4,7 +4,7 @@
 
 namespace vesk {
 
-/// CLOCK_MONOTONIC.
+/// The C++ library's steady clock: on Linux CLOCK_MONOTONIC.
 class SteadyMonotonicClock : public MonotonicClock {
 public:
     std::chrono::nanoseconds now() override { return std::chrono::steady_clock::now().time_since_epoch(); }

@@ -6,8 +6,8 @@
 
 namespace vesk {
 
-/// A timer wakes its process 20 µs late, and later on a busy machine (measured), which adds up where a pause follows
-/// each letter of a text: it is set to end early, and the clock is watched for the rest.
+/// A timer wakes its process 20 µs late, and later on a busy machine (measured on Linux), which adds up where a pause
+/// follows each letter of a text: it is set to end early, and the clock is watched for the rest.
 Task<void> TimerSleeper::sleep(std::chrono::milliseconds duration) {
     static constexpr std::chrono::microseconds headStart{100};
     const auto deadline = std::chrono::steady_clock::now() + duration;

@@ -2,7 +2,7 @@
 
 #include "VeskPlatform/Environment.hpp"
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "VeskPlatform/Linux/Maildir/MailDatabase.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/Maildir/MaildirListing.hpp"
 #include "VeskPlatform/Linux/SqliteConnection.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/Text.hpp"
 
 #include <fcntl.h>

@@ -1,8 +1,8 @@
 #include "VeskPlatform/Linux/Secrets/PrivateFileReading.hpp"
 
 #include "VeskPlatform/KeychainItems.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/Secrets/KeychainFailure.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

@@ -2,8 +2,8 @@
 
 #include "VeskPlatform/Linux/PrivateDatabaseFile.hpp"
 #include "VeskPlatform/Linux/Secrets/KeychainFailure.hpp"
+#include "VeskPlatform/Portable/KeychainNames.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
-#include "VeskSupport/Text.hpp"
 
 #include <cerrno>
 #include <new>
@@ -31,8 +31,6 @@ std::int32_t statusOf(const PosixError& error) {
     return code == EACCES || code == EPERM || code == EROFS ? KeychainStatus::denied : KeychainStatus::failed;
 }
 
-bool isName(const std::string& text) { return text.find('\0') == std::string::npos && isWellFormedUtf8(text); }
-
 /// The status of `body`; a failure becomes its status and one line for the log.
 template <class Body> std::int32_t answered(const SealedFileOptions& options, const Body& body) {
     const auto told = [&](std::int32_t status, const std::string& text) {
@@ -59,7 +57,7 @@ SealedFileKeychain::SealedFileKeychain(SealedFileOptions options)
       source_(options_.folder + "/secrets.key", options_.passphraseFile) {}
 
 std::int32_t SealedFileKeychain::add(const std::string& service, const std::string& account, std::string_view bytes) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     return run(Access::creating, [&](SealedItems& items) {
         const SealingKey& sealing = keyForFirst(items);
         if (items.sealed(service, account)) return KeychainStatus::duplicateItem;
@@ -70,7 +68,7 @@ std::int32_t SealedFileKeychain::add(const std::string& service, const std::stri
 
 std::int32_t SealedFileKeychain::update(const std::string& service, const std::string& account,
                                         std::string_view bytes) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     return run(Access::changing, [&](SealedItems& items) {
         if (!items.sealed(service, account)) return KeychainStatus::itemNotFound;
         items.replace(service, account, keyOf(items).seal(contextOf(service, account), bytes));
@@ -79,7 +77,7 @@ std::int32_t SealedFileKeychain::update(const std::string& service, const std::s
 }
 
 KeychainItems::Copied SealedFileKeychain::copy(const std::string& service, const std::string& account) {
-    if (!isName(service) || !isName(account)) return {KeychainStatus::parameter, std::nullopt};
+    if (!isKeychainName(service) || !isKeychainName(account)) return {KeychainStatus::parameter, std::nullopt};
     Copied copied;
     copied.status = run(Access::reading, [&](SealedItems& items) {
         const auto sealed = items.sealed(service, account);
@@ -92,21 +90,21 @@ KeychainItems::Copied SealedFileKeychain::copy(const std::string& service, const
 }
 
 std::int32_t SealedFileKeychain::find(const std::string& service, const std::string& account) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     return run(Access::reading, [&](SealedItems& items) {
         return items.sealed(service, account) ? KeychainStatus::success : KeychainStatus::itemNotFound;
     });
 }
 
 std::int32_t SealedFileKeychain::remove(const std::string& service, const std::string& account) {
-    if (!isName(service) || !isName(account)) return KeychainStatus::parameter;
+    if (!isKeychainName(service) || !isKeychainName(account)) return KeychainStatus::parameter;
     return run(Access::changing, [&](SealedItems& items) {
         return items.remove(service, account) > 0 ? KeychainStatus::success : KeychainStatus::itemNotFound;
     });
 }
 
 std::int32_t SealedFileKeychain::removeAll(const std::string& service) {
-    if (!isName(service)) return KeychainStatus::parameter;
+    if (!isKeychainName(service)) return KeychainStatus::parameter;
     return run(Access::changing, [&](SealedItems& items) {
         return items.removeAll(service) > 0 ? KeychainStatus::success : KeychainStatus::itemNotFound;
     });

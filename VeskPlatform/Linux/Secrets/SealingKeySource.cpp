@@ -1,10 +1,10 @@
 #include "VeskPlatform/Linux/Secrets/SealingKeySource.hpp"
 
 #include "VeskPlatform/KeychainItems.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/RandomUuid.hpp"
 #include "VeskPlatform/Linux/Secrets/KeychainFailure.hpp"
 #include "VeskPlatform/Linux/Secrets/PrivateFileReading.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

@@ -1,8 +1,8 @@
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/RandomUuid.hpp"
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <cerrno>

@@ -1,8 +1,8 @@
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>

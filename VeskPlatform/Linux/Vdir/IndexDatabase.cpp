@@ -1,7 +1,7 @@
 #include "VeskPlatform/Linux/Vdir/IndexDatabase.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/SqliteConnection.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <fcntl.h>
 #include <filesystem>

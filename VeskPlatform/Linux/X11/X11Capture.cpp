@@ -1,7 +1,7 @@
 #include "VeskPlatform/Linux/X11/X11Capture.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
 #include "VeskPlatform/Linux/X11/X11PixelFormat.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include <algorithm>
 #include <optional>

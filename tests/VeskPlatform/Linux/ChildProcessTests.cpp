@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/ChildProcess.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "tests/support/ChildSignals.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 

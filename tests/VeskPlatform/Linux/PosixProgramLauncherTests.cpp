@@ -1,6 +1,6 @@
 #include "tests/VeskPlatform/Linux/LauncherRuns.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "tests/support/ChildSignals.hpp"
 #include "tests/support/DescriptorLimit.hpp"
 

@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/Secrets/LinuxKeychain.hpp"
 
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "tests/fakes/FakeBasics.hpp"
 #include "tests/support/BusService.hpp"
 #include "tests/support/PrivateKeyring.hpp"

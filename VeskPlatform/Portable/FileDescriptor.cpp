@@ -1,4 +1,4 @@
-#include "VeskPlatform/Linux/FileDescriptor.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -8,7 +8,7 @@
 namespace vesk {
 
 void FileDescriptor::reset(int descriptor) {
-    // An interrupted close has closed on Linux; closing again could hit another thread's new file.
+    // An interrupted close has closed all the same; closing again could hit another thread's new file.
     if (descriptor_ >= 0) (void)::close(descriptor_);
     descriptor_ = descriptor;
 }
