@@ -1,6 +1,7 @@
 // The built broker over address books.
 
 #include "tests/broker/StoreProgram.hpp"
+#include "tests/support/OnThreads.hpp"
 #include "tests/support/Privileges.hpp"
 
 #include <filesystem>
@@ -8,7 +9,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
-#include <thread>
 
 namespace vesk {
 namespace {
@@ -111,19 +111,15 @@ TEST_F(ContactStoreProgram, ABookWithoutWritePermissionKeepsItsCards) {
 
 TEST_F(ContactStoreProgram, SavesAtOnceAllSurvive) {
     write("home/a.vcf", card("UID:a\r\nFN:Anna\r\n"));
-    constexpr int writers = 6;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < writers; ++i) {
+    constexpr std::size_t writers = 6;
+    test::onThreads(writers, [&](std::size_t i) {
         const fs::path path = program.folder() / ("request" + std::to_string(i) + ".json");
         std::ofstream(path) << R"({"name":"A","targetId":"a","phones":[{"label":"home","value":"writer )" << i
                             << "\"}]}";
-        threads.emplace_back([this, path] {
-            const ProgramResult result = program.run({"contacts-save", "--request", path.string()});
-            EXPECT_EQ(result.status, 0) << result;
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(countOf(search("anna"), "\"value\" : \"writer"), static_cast<std::size_t>(writers));
+        const ProgramResult result = program.run({"contacts-save", "--request", path.string()});
+        EXPECT_EQ(result.status, 0) << result;
+    });
+    EXPECT_EQ(countOf(search("anna"), "\"value\" : \"writer"), writers);
 }
 
 TEST_F(ContactStoreProgram, AFullDiskLeavesTheOldCard) {

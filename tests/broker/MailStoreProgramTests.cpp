@@ -1,6 +1,7 @@
 // The built broker over folders of mail.
 
 #include "tests/broker/StoreProgram.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <atomic>
 #include <filesystem>
@@ -98,13 +99,10 @@ TEST_F(MailStoreProgram, MailIsDeliveredMeanwhile) {
 TEST_F(MailStoreProgram, ManyMayAskAtOnce) {
     for (int i = 0; i < 2000; ++i)
         write("home/INBOX/new/" + std::to_string(i), message("Number " + std::to_string(i), std::to_string(i) + "@x"));
-    std::vector<std::thread> runs;
-    for (int i = 0; i < 3; ++i)
-        runs.emplace_back([&] {
-            const auto found = succeed({"mail-check-followup", "--subject", "Number 1999"});
-            EXPECT_THAT(found, HasSubstr("\"sourceId\" : \"1999\""));
-        });
-    for (std::thread& run : runs) run.join();
+    test::onThreads(3, [&](std::size_t) {
+        const auto found = succeed({"mail-check-followup", "--subject", "Number 1999"});
+        EXPECT_THAT(found, HasSubstr("\"sourceId\" : \"1999\""));
+    });
 }
 
 TEST_F(MailStoreProgram, WithoutConsentNothingIsShown) {

@@ -3,10 +3,10 @@
 #include "VeskPlatform/HttpTransport.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Json.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <gtest/gtest.h>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace vesk::test {
@@ -58,13 +58,9 @@ TYPED_TEST_P(HttpTransportContract, WhereNobodyAnswersThereIsNoConnection) {
 }
 
 TYPED_TEST_P(HttpTransportContract, RequestsMayOverlap) {
-    std::vector<std::thread> threads;
-    std::vector<std::string> bodies(8);
-    for (std::size_t i = 0; i < bodies.size(); ++i) {
-        const std::string url = this->world.answering(200, std::to_string(i));
-        threads.emplace_back([this, i, url, &bodies] { bodies[i] = this->transport().send({.url = url}).body; });
-    }
-    for (std::thread& thread : threads) thread.join();
+    std::vector<std::string> urls, bodies(8);
+    for (std::size_t i = 0; i < bodies.size(); ++i) urls.push_back(this->world.answering(200, std::to_string(i)));
+    onThreads(urls.size(), [&](std::size_t i) { bodies[i] = this->transport().send({.url = urls[i]}).body; });
     for (std::size_t i = 0; i < bodies.size(); ++i) EXPECT_EQ(bodies[i], std::to_string(i));
 }
 

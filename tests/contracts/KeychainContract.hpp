@@ -1,7 +1,9 @@
 #pragma once
 
 #include "VeskPlatform/KeychainItems.hpp"
+#include "tests/support/OnThreads.hpp"
 
+#include <atomic>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -83,8 +85,22 @@ TYPED_TEST_P(KeychainContract, RemovingAllLeavesOtherServicesAlone) {
     this->expectBytes("Vesk", "A", "live");
 }
 
+TYPED_TEST_P(KeychainContract, ManyThreadsUseItAtOnce) {
+    std::atomic<int> added = 0;
+    onThreads(6, [&](std::size_t thread) {
+        const std::string own = "A" + std::to_string(thread);
+        EXPECT_EQ(this->items().add("Vesk", own, "first"), KeychainStatus::success);
+        EXPECT_EQ(this->items().update("Vesk", own, own), KeychainStatus::success);
+        this->expectBytes("Vesk", own, own);
+        if (this->items().add("Vesk", "shared", own) == KeychainStatus::success) ++added;
+    });
+    EXPECT_EQ(added, 1) << "all others are told of the duplicate";
+    for (int thread = 0; thread < 6; ++thread)
+        this->expectBytes("Vesk", "A" + std::to_string(thread), "A" + std::to_string(thread));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(KeychainContract, WhatIsNotThereIsNotFound, WhatIsAddedCanBeFoundReadChangedAndRemoved,
                             AddingTwiceIsADuplicateThatChangesNothing, BytesComeBackAsTheyWere,
-                            ServicesAndAccountsAreApart, RemovingAllLeavesOtherServicesAlone);
+                            ServicesAndAccountsAreApart, RemovingAllLeavesOtherServicesAlone, ManyThreadsUseItAtOnce);
 
 } // namespace vesk::test

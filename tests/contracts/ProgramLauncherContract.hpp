@@ -1,10 +1,10 @@
 #pragma once
 
 #include "VeskPlatform/ProgramLauncher.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <gtest/gtest.h>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace vesk::test {
@@ -117,9 +117,7 @@ TYPED_TEST_P(ProgramLauncherContract, AProgramThatCannotBeStartedIsToldWithItsPa
 TYPED_TEST_P(ProgramLauncherContract, ManyThreadsStartProgramsAtOnce) {
     const ProgramLaunch launch = this->world.program({.status = 7, .output = "same"});
     std::vector<std::string> outputs(16);
-    std::vector<std::thread> threads;
-    for (std::string& output : outputs) threads.emplace_back([&] { output = this->run(launch).output; });
-    for (std::thread& thread : threads) thread.join();
+    onThreads(outputs.size(), [&](std::size_t i) { outputs[i] = this->run(launch).output; });
     EXPECT_EQ(outputs, std::vector<std::string>(outputs.size(), "same"));
 }
 

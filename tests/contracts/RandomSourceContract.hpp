@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VeskPlatform/RandomSource.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -51,7 +52,17 @@ TYPED_TEST_P(RandomSourceContract, UuidsAreOfVersionFourAndDiffer) {
     EXPECT_EQ(seen.size(), 10U);
 }
 
+TYPED_TEST_P(RandomSourceContract, ManyThreadsFillAtOnce) {
+    std::vector<std::vector<Uuid>> made(4);
+    onThreads(made.size(), [&](std::size_t thread) {
+        for (int i = 0; i < 4; ++i) made[thread].push_back(randomUuid(this->source));
+    });
+    std::set<Uuid> seen;
+    for (const auto& ofOneThread : made) seen.insert(ofOneThread.begin(), ofOneThread.end());
+    EXPECT_EQ(seen.size(), 4U * 4U) << "each of its own";
+}
+
 REGISTER_TYPED_TEST_SUITE_P(RandomSourceContract, FillsAllOfAnyLength, NothingBeyondTheBytesIsTouched,
-                            UuidsAreOfVersionFourAndDiffer);
+                            UuidsAreOfVersionFourAndDiffer, ManyThreadsFillAtOnce);
 
 } // namespace vesk::test

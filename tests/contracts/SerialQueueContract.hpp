@@ -1,8 +1,10 @@
 #pragma once
 
 #include "VeskPlatform/SerialQueue.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <gtest/gtest.h>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -56,8 +58,19 @@ TYPED_TEST_P(SerialQueueContract, ItGoesOnAfterADrain) {
     }
 }
 
+TYPED_TEST_P(SerialQueueContract, ManyThreadsSubmitAtOnce) {
+    std::vector<std::vector<int>> ran(8);
+    onThreads(ran.size(), [&](std::size_t thread) {
+        for (int i = 0; i < 1000; ++i) this->queue.async([&ran, thread, i] { ran[thread].push_back(i); });
+    });
+    this->queue.drain();
+    std::vector<int> inOrder(1000);
+    std::iota(inOrder.begin(), inOrder.end(), 0);
+    for (const auto& ofOneThread : ran) EXPECT_EQ(ofOneThread, inOrder);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(SerialQueueContract, DrainingAnEmptyQueueReturns, BlocksRunInTheOrderOfSubmission,
-                            SubmittingDoesNotRunTheBlockOnTheCallersThread, ABlockMaySubmitAnother,
-                            ItGoesOnAfterADrain);
+                            SubmittingDoesNotRunTheBlockOnTheCallersThread, ABlockMaySubmitAnother, ItGoesOnAfterADrain,
+                            ManyThreadsSubmitAtOnce);
 
 } // namespace vesk::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VeskPlatform/UserDefaults.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -70,7 +71,25 @@ TYPED_TEST_P(UserDefaultsContract, KeysAreBytes) {
     EXPECT_EQ(this->defaults().string("k'ey\"; --"), "quoted");
 }
 
+TYPED_TEST_P(UserDefaultsContract, ManyThreadsUseItAtOnce) {
+    onThreads(8, [&](std::size_t thread) {
+        const std::string own = "key " + std::to_string(thread);
+        for (int i = 0; i < 20; ++i) {
+            this->defaults().setString(own, std::to_string(i));
+            this->defaults().setData("shared", own);
+            EXPECT_EQ(this->defaults().string(own), std::to_string(i));
+        }
+        if (thread % 2 == 0) this->defaults().remove(own);
+    });
+    EXPECT_TRUE(this->defaults().data("shared").value_or("").starts_with("key "));
+    for (const int even : {0, 2, 4, 6}) {
+        EXPECT_EQ(this->defaults().string("key " + std::to_string(even)), std::nullopt);
+        EXPECT_EQ(this->defaults().string("key " + std::to_string(even + 1)), "19");
+    }
+}
+
 REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, NothingIsThereAtFirst, KeepsStringsAndBytesAsTheyAre,
-                            AStringIsNoBytesAndBytesAreNoString, AKeyHasItsLastValueUntilItIsRemoved, KeysAreBytes);
+                            AStringIsNoBytesAndBytesAreNoString, AKeyHasItsLastValueUntilItIsRemoved, KeysAreBytes,
+                            ManyThreadsUseItAtOnce);
 
 } // namespace vesk::test

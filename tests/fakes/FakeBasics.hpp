@@ -14,6 +14,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <vector>
 
 namespace vesk::test {
@@ -51,15 +52,31 @@ public:
 /// Holds blocks until `drain`, so that tests see what happens before and after the queue runs.
 class FakeSerialQueue : public SerialQueue {
 public:
-    std::deque<std::function<void()>> blocks;
-    void async(std::function<void()> block) override { blocks.push_back(std::move(block)); }
-    void drain() override {
-        while (!blocks.empty()) {
-            const auto block = std::move(blocks.front());
-            blocks.pop_front();
-            block();
-        }
+    void async(std::function<void()> block) override {
+        const std::scoped_lock lock(mutex_);
+        blocks_.push_back(std::move(block));
     }
+    void drain() override {
+        while (const auto block = next()) block();
+    }
+    /// How many wait for `drain`.
+    std::size_t waiting() {
+        const std::scoped_lock lock(mutex_);
+        return blocks_.size();
+    }
+
+private:
+    /// Empty where none is left.
+    std::function<void()> next() {
+        const std::scoped_lock lock(mutex_);
+        if (blocks_.empty()) return {};
+        auto block = std::move(blocks_.front());
+        blocks_.pop_front();
+        return block;
+    }
+
+    std::mutex mutex_; // called from threads
+    std::deque<std::function<void()>> blocks_;
 };
 
 class FakeSettingsOpener : public SettingsOpener {
@@ -88,8 +105,12 @@ class FakeRandomSource : public RandomSource {
 public:
     std::uint8_t last = 0;
     void fill(std::span<std::uint8_t> bytes) override {
+        const std::scoped_lock lock(mutex_);
         for (std::uint8_t& byte : bytes) byte = ++last;
     }
+
+private:
+    std::mutex mutex_; // called from threads
 };
 
 /// Stands still until a test, or a sleeper, moves it.

@@ -22,7 +22,7 @@ public:
     void answer(int status, std::string body) { answers.push_back({status, std::move(body)}); }
 
     HttpResponse send(const HttpRequest& request) override {
-        const std::lock_guard lock(mutex_); // called from threads
+        const std::scoped_lock lock(mutex_);
         requests.push_back(request);
         if (!answers.empty()) {
             HttpResponse first = std::move(answers.front());
@@ -35,7 +35,7 @@ public:
     std::string standardText(int status) override { return "status " + std::to_string(status); }
 
 private:
-    std::mutex mutex_;
+    std::mutex mutex_; // called from threads
 };
 
 } // namespace vesk::test

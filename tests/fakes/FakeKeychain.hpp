@@ -3,6 +3,7 @@
 #include "VeskPlatform/KeychainItems.hpp"
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -33,6 +34,7 @@ public:
     std::map<std::string, std::string> readAs;
 
     std::int32_t update(const std::string& service, const std::string& account, std::string_view bytes) override {
+        const std::scoped_lock lock(mutex_);
         if (const auto status = fault("update", service, account)) return *status;
         const auto found = items.find({service, account});
         if (found == items.end()) return KeychainStatus::itemNotFound;
@@ -40,11 +42,13 @@ public:
         return KeychainStatus::success;
     }
     std::int32_t add(const std::string& service, const std::string& account, std::string_view bytes) override {
+        const std::scoped_lock lock(mutex_);
         if (const auto status = fault("add", service, account)) return *status;
         return items.emplace(Key{service, account}, bytes).second ? KeychainStatus::success
                                                                   : KeychainStatus::duplicateItem;
     }
     Copied copy(const std::string& service, const std::string& account) override {
+        const std::scoped_lock lock(mutex_);
         if (const auto status = fault("copy", service, account)) return {*status, std::nullopt};
         const auto found = items.find({service, account});
         if (found == items.end()) return {KeychainStatus::itemNotFound, std::nullopt};
@@ -54,14 +58,17 @@ public:
         return {KeychainStatus::success, changed == readAs.end() ? found->second : changed->second};
     }
     std::int32_t find(const std::string& service, const std::string& account) override {
+        const std::scoped_lock lock(mutex_);
         if (const auto status = fault("find", service, account)) return *status;
         return items.contains({service, account}) ? KeychainStatus::success : KeychainStatus::itemNotFound;
     }
     std::int32_t remove(const std::string& service, const std::string& account) override {
+        const std::scoped_lock lock(mutex_);
         if (const auto status = fault("remove", service, account)) return *status;
         return items.erase({service, account}) > 0 ? KeychainStatus::success : KeychainStatus::itemNotFound;
     }
     std::int32_t removeAll(const std::string& service) override {
+        const std::scoped_lock lock(mutex_);
         if (const auto status = fault("removeAll", service, "")) return *status;
         const auto count = std::erase_if(items, [&](const auto& item) { return item.first.first == service; });
         return count > 0 ? KeychainStatus::success : KeychainStatus::itemNotFound;
@@ -77,6 +84,8 @@ private:
             }
         return std::nullopt;
     }
+
+    std::mutex mutex_; // called from threads
 };
 
 } // namespace vesk::test

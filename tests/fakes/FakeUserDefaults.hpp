@@ -3,6 +3,7 @@
 #include "VeskPlatform/UserDefaults.hpp"
 
 #include <map>
+#include <mutex>
 #include <variant>
 
 namespace vesk::test {
@@ -19,20 +20,25 @@ public:
     bool full = false;
 
     std::optional<std::string> string(const std::string& key) override {
+        const std::scoped_lock lock(mutex_);
         const auto* found = stored<std::string>(key);
         return found == nullptr ? std::nullopt : std::optional(*found);
     }
     std::optional<std::string> data(const std::string& key) override {
+        const std::scoped_lock lock(mutex_);
         const auto* found = stored<Bytes>(key);
         return found == nullptr ? std::nullopt : std::optional(found->bytes);
     }
     void setString(const std::string& key, std::string_view text) override {
+        const std::scoped_lock lock(mutex_);
         if (!full) values[key] = std::string(text);
     }
     void setData(const std::string& key, std::string_view bytes) override {
+        const std::scoped_lock lock(mutex_);
         if (!full) values[key] = Bytes{std::string(bytes)};
     }
     void remove(const std::string& key) override {
+        const std::scoped_lock lock(mutex_);
         if (!full) values.erase(key);
     }
 
@@ -41,6 +47,8 @@ private:
         const auto found = values.find(key);
         return found == values.end() ? nullptr : std::get_if<T>(&found->second);
     }
+
+    std::mutex mutex_; // called from threads
 };
 
 } // namespace vesk::test

@@ -3,11 +3,11 @@
 #include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "tests/support/ChildSignals.hpp"
 #include "tests/support/DescriptorLimit.hpp"
+#include "tests/support/OnThreads.hpp"
 
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace vesk::test {
@@ -142,10 +142,8 @@ TEST_F(PosixProgramLauncherTests, FiveHundredThreadsRunOneEach) {
     const DescriptorLimit limit;
     limit.raise(10'000);
     std::vector<std::string> outputs(500);
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < outputs.size(); ++i)
-        threads.emplace_back([&, i] { outputs[i] = run({.executable = "/bin/cat"}, std::to_string(i)).output; });
-    for (std::thread& thread : threads) thread.join();
+    onThreads(outputs.size(),
+              [&](std::size_t i) { outputs[i] = run({.executable = "/bin/cat"}, std::to_string(i)).output; });
     for (std::size_t i = 0; i < outputs.size(); ++i) EXPECT_EQ(outputs[i], std::to_string(i));
 }
 

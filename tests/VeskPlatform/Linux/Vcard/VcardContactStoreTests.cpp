@@ -4,6 +4,7 @@
 #include "VeskPlatform/Linux/Vdir/FileReplacement.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "tests/fakes/FakeBasics.hpp"
+#include "tests/support/OnThreads.hpp"
 #include "tests/support/Privileges.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -12,7 +13,6 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace vesk::test {
 namespace {
@@ -233,14 +233,11 @@ TEST_F(VcardContactStoreTests, WritersThatMakeTheFirstBookTogetherShareIt) {
     constexpr int rounds = 10, writers = 8;
     for (int round = 0; round < rounds; ++round) {
         fs::remove_all(root());
-        std::vector<std::thread> threads;
-        for (int i = 0; i < writers; ++i)
-            threads.emplace_back([this] {
-                FakeClock own;
-                VcardContactStore opened({root(), "", "DE", [](const std::string&) {}}, own);
-                EXPECT_NO_THROW(opened.add({}));
-            });
-        for (std::thread& thread : threads) thread.join();
+        onThreads(writers, [&](std::size_t) {
+            FakeClock own;
+            VcardContactStore opened({root(), "", "DE", [](const std::string&) {}}, own);
+            EXPECT_NO_THROW(opened.add({}));
+        });
         EXPECT_EQ(entries("default").size(), std::size_t{writers});
         EXPECT_EQ(identifiers().size(), std::size_t{writers});
     }
@@ -377,23 +374,20 @@ TEST_F(VcardContactStoreTests, ARemovedContactCannotBeChanged) {
 TEST_F(VcardContactStoreTests, ManyWritersLoseNothing) {
     write("home/a.vcf", rich);
     constexpr int writers = 8;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < writers; ++i)
-        threads.emplace_back([this, i] {
-            FakeClock own;
-            VcardContactStore opened({root(), "", "DE", [](const std::string&) {}}, own);
-            ContactCard anna = opened.contact("rich");
-            anna.phoneNumbers.push_back({contactLabel::mobile, "writer " + std::to_string(i)});
-            for (bool saved = false; !saved;) {
-                try {
-                    opened.update(anna);
-                    saved = true;
-                } catch (const ErrorRecord& busy) {
-                    ASSERT_EQ(busy.code(), 409);
-                }
+    onThreads(writers, [&](std::size_t i) {
+        FakeClock own;
+        VcardContactStore opened({root(), "", "DE", [](const std::string&) {}}, own);
+        ContactCard anna = opened.contact("rich");
+        anna.phoneNumbers.push_back({contactLabel::mobile, "writer " + std::to_string(i)});
+        for (bool saved = false; !saved;) {
+            try {
+                opened.update(anna);
+                saved = true;
+            } catch (const ErrorRecord& busy) {
+                ASSERT_EQ(busy.code(), 409);
             }
-        });
-    for (std::thread& thread : threads) thread.join();
+        }
+    });
     EXPECT_EQ(store().contact("rich").phoneNumbers.size(), 1U + writers);
     EXPECT_THAT(entries("home"), ElementsAre("a.vcf"));
 }
