@@ -109,8 +109,8 @@ TEST_F(MessagesProgram, SendsThroughAPhone) {
 }
 
 TEST_F(MessagesProgram, AFailedSendIsTheServicesOwnMessage) {
-    prepareModem();
     modemManager.sendError.emplace("org.freedesktop.ModemManager1.Error.Core.WrongState", "Modem not registered");
+    prepareModem();
     expectFailure({"messages-send", "--phone", "1", "--message", "m"}, "VeskMessagesOperations", 1,
                   "\"Modem not registered\"");
 }

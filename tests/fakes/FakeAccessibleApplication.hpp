@@ -61,11 +61,6 @@ public:
     /// How many calls are still answered.
     std::size_t answersLeft = SIZE_MAX;
 
-    template <class Change> void change(const Change& change) {
-        const std::scoped_lock guard(lock_);
-        change();
-    }
-
     /// Adds an element as the last child of `parent`.
     FakeAccessible& add(const std::string& parent, const std::string& path, AtspiRole role,
                         std::vector<AtspiStateType> states = {}) {

@@ -9,7 +9,8 @@
 
 namespace vesk::test {
 
-/// A service of our own on a bus, in a thread of its own. Derived classes answer its method calls.
+/// A service of our own on a bus, in a thread of its own. Derived classes answer its method calls, and stop in their
+/// destructors, since a call may still come. What they answer with is set before they serve, or in `change`.
 class BusService {
 public:
     BusService(const BusService&) = delete;
@@ -22,6 +23,12 @@ public:
     void stop();
     /// Waits until the bus is gone.
     void serveUntilTheBusEnds() { thread_.join(); }
+
+    /// Calls `change` while no method call is being answered.
+    template <class Change> void change(const Change& change) {
+        const std::scoped_lock guard(lock_);
+        change();
+    }
 
     /// Calls of methods of this name are received and never answered.
     std::string unanswered;

@@ -63,7 +63,7 @@ TEST_F(AtspiSettingTests, AWriteThatIsNotAnsweredIsNotTaken) {
     field.text = "before";
     field.interfaces = {atspi::editableText};
     patience.application = milliseconds(200);
-    application.unanswered = "SetTextContents";
+    application.change([&] { application.unanswered = "SetTextContents"; });
     EXPECT_FALSE(runTask(tree().setValue(element(), "AXValue", "after")));
     EXPECT_THAT(log, ElementsAre("accessibility application unanswered"));
 }

@@ -111,7 +111,7 @@ TEST_F(BusCallsTests, FailuresAreNoAnswers) {
 }
 
 TEST_F(BusCallsTests, TheDeadlineEndsTheWaiting) {
-    service.unanswered = "Fail";
+    service.change([&] { service.unanswered = "Fail"; });
     std::vector<std::int64_t> answers;
     calls.add(object, "Double", takeInto(answers), "i", std::int32_t{4});
     calls.add(object, "Fail", [](sd_bus_message&) { ADD_FAILURE() << "nobody answered"; });
@@ -141,7 +141,7 @@ TEST_F(BusCallsTests, AfterTheDeadlineNothingIsTaken) {
 }
 
 TEST_F(BusCallsTests, AServiceThatGoesGivesNoMoreAnswers) {
-    service.unanswered = "Fail";
+    service.change([&] { service.unanswered = "Fail"; });
     std::vector<std::int64_t> answers;
     calls.add(object, "Fail", takeInto(answers));
     // The service is stopped by the answer of the bus itself, so that the other call is on its way by then.

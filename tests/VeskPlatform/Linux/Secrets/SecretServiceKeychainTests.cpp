@@ -138,6 +138,8 @@ TEST_F(KeyringTests, NamesThatNoStoreTakesAreRefused) {
 /// Has the name and answers nothing, or answers searches with one locked item whose question ends as the test says.
 class FakeSecretService : public BusService {
 public:
+    ~FakeSecretService() override { stop(); }
+
     enum class Question { dismissed, dismissedWithText, neverAnswered };
     bool isSilent = false;
     Question question = Question::dismissed;

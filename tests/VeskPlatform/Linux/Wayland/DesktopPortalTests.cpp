@@ -21,8 +21,10 @@ TEST_F(DesktopPortalTests, AnOutcomeIsHeardWheneverItComes) {
     desktop.screenshotUri = "file:///a";
     serve();
     for (const Case& given : {Case{false, false}, Case{true, false}, Case{false, true}, Case{true, true}}) {
-        desktop.respondsBeforeItAnswers = given.early;
-        desktop.namesRequestsItself = given.ownHandle;
+        desktop.change([&] {
+            desktop.respondsBeforeItAnswers = given.early;
+            desktop.namesRequestsItself = given.ownHandle;
+        });
         EXPECT_EQ(screenshot(portal), "file:///a") << given.early << given.ownHandle;
     }
     EXPECT_EQ(desktop.calls(), Lines(4, "Screenshot interactive=false"));
@@ -31,7 +33,7 @@ TEST_F(DesktopPortalTests, AnOutcomeIsHeardWheneverItComes) {
 TEST_F(DesktopPortalTests, ARefusalHasNoResults) {
     serve();
     for (const std::uint32_t outcome : {1U, 2U}) {
-        desktop.outcomes["Screenshot"] = outcome;
+        desktop.change([&] { desktop.outcomes["Screenshot"] = outcome; });
         EXPECT_EQ(screenshot(portal), "refused") << outcome;
     }
 }
@@ -83,8 +85,8 @@ TEST_F(DesktopPortalTests, WithoutASessionBusTheErrorSaysSo) {
 }
 
 TEST_F(DesktopPortalTests, OtherFailuresOfTheBusPassThrough) {
-    serve();
     desktop.outcomes["SelectDevices"] = 0;
+    serve();
     EXPECT_THROW(portal.request("RemoteDesktop", "SelectDevices", {{'o', "/none"}}, {}), BusError);
 }
 

@@ -62,7 +62,7 @@ TEST_F(PortalInputEventsTests, ThePermissionIsFoundAgainByTheLastToken) {
     events->create(tabDown);
     EXPECT_EQ(desktop.calls()[1], "SelectDevices persist_mode=2 restore_token=first types=3");
     EXPECT_EQ(token.read(), "second");
-    desktop.restoreToken.clear();
+    desktop.change([&] { desktop.restoreToken.clear(); });
     events.emplace(portal, token);
     events->create(tabDown);
     EXPECT_EQ(token.read(), std::nullopt) << "used up, and no next one";
@@ -191,7 +191,7 @@ TEST_F(PortalInputEventsTests, TwoUnitsAreTypedAsTheirOneCharacter) {
 TEST_F(PortalInputEventsTests, ASessionThatTheUserEndedFailsThePosting) {
     serve();
     post(tabDown);
-    desktop.isSessionEnded = true;
+    desktop.change([&] { desktop.isSessionEnded = true; });
     EXPECT_THROW(post(tabDown), BusError);
 }
 

@@ -43,7 +43,7 @@ TEST_F(PortalScreenshotTests, ARefusalOrAFileThatCannotBeReadIsNoPicture) {
     desktop.screenshotUri = "file://" + folder.path() + "/none.png";
     serve();
     EXPECT_EQ(takeScreenshot(portal), nullptr);
-    desktop.outcomes["Screenshot"] = 1;
+    desktop.change([&] { desktop.outcomes["Screenshot"] = 1; });
     EXPECT_EQ(takeScreenshot(portal), nullptr);
 }
 

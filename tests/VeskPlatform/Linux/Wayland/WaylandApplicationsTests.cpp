@@ -124,7 +124,7 @@ TEST_F(WaylandApplicationsTests, AProgramIsAskedToComeToTheFront) {
     program.serve(session.address(), "org.example.Mail-Reader");
     EXPECT_TRUE(applications.activate(application));
     EXPECT_EQ(program.activated(), std::vector<std::string>{"/org/example/Mail_Reader"});
-    program.refuses = true;
+    program.change([&] { program.refuses = true; });
     EXPECT_FALSE(applications.activate(application));
     application.bundleIdentifier.reset();
     EXPECT_FALSE(applications.activate(application));
