@@ -120,7 +120,7 @@ TEST_F(PosixProgramLauncherGuardTests, WhatItLeftRunningHoldsBothStreamsUpForOne
 
 TEST_F(PosixProgramLauncherGuardTests, WhatItLeftWritingIsNotReadForEver) {
     shortenGuard();
-    const auto slow = run(shell("(while :; do echo; sleep 0.01; done) & echo heard"));
+    const auto slow = run(shell("echo heard; (while :; do echo; sleep 0.01; done) &"));
     EXPECT_THAT(slow.output, ::testing::StartsWith("heard\n"));
     const auto fast = run(shell("echo heard; yes & exit 0"));
     EXPECT_THAT(fast.output, ::testing::StartsWith("heard\n"));

@@ -90,7 +90,7 @@ TEST_F(AtspiTreeTests, ARegistryThatTalksNonsenseKnowsNoApplication) {
 
 TEST_F(AtspiTreeTests, AnApplicationThatDoesNotAnswerIsWaitedForOnceInAll) {
     addElement(ATSPI_ROLE_ENTRY);
-    patience.application = milliseconds(200);
+    patience.application = milliseconds(500);
     const auto app = applicationElement();
     const auto window = elements(app).at(0);
     application.change([&] { application.answersLeft = 0; });
@@ -98,7 +98,7 @@ TEST_F(AtspiTreeTests, AnApplicationThatDoesNotAnswerIsWaitedForOnceInAll) {
     for (int i = 0; i < 50; ++i) EXPECT_TRUE(read(window, everything().attributes).values.empty());
     const auto spent = std::chrono::steady_clock::now() - start;
     EXPECT_GE(spent, milliseconds(50));
-    EXPECT_LT(spent, milliseconds(1500));
+    EXPECT_LT(spent, milliseconds(5000));
     const std::size_t asked = application.calls().size();
     EXPECT_FALSE(runTask(tree().setValue(window, "AXValue", "text")));
     EXPECT_TRUE(read(app, everything().attributes).values.empty());
@@ -108,7 +108,7 @@ TEST_F(AtspiTreeTests, AnApplicationThatDoesNotAnswerIsWaitedForOnceInAll) {
 
 TEST_F(AtspiTreeTests, ANewLookAtAnApplicationHasNewPatience) {
     addElement(ATSPI_ROLE_ENTRY);
-    patience.application = milliseconds(200);
+    patience.application = milliseconds(500);
     const auto app = applicationElement();
     application.change([&] { application.answersLeft = 0; });
     EXPECT_TRUE(elements(app).empty());
@@ -119,7 +119,7 @@ TEST_F(AtspiTreeTests, ANewLookAtAnApplicationHasNewPatience) {
 
 TEST_F(AtspiTreeTests, WhatWasAnsweredBeforeTheDeadlineIsTold) {
     application.objects[root()].name = "Example";
-    patience.application = milliseconds(200);
+    patience.application = milliseconds(500);
     const auto app = applicationElement();
     application.change([&] { application.answersLeft = 1; });
     const AccessibilityAnswer answer = read(app, {"AXRole", "AXTitle"});
@@ -128,7 +128,7 @@ TEST_F(AtspiTreeTests, WhatWasAnsweredBeforeTheDeadlineIsTold) {
 }
 
 TEST_F(AtspiTreeTests, ARegistryThatDoesNotAnswerIsNotWaitedForLong) {
-    patience.bus = milliseconds(200);
+    patience.bus = milliseconds(500);
     registry.change([&] { registry.answersLeft = 0; });
     EXPECT_TRUE(read(applicationElement(), {"AXRole"}).values.empty());
 }

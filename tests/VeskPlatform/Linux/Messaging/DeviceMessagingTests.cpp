@@ -40,7 +40,7 @@ protected:
     ScopedVariables variables{buses.variables()};
     FakeModemManager modemManager;
     FakeKdeConnect kdeConnect;
-    MessagingPatience patience{.firstConversation = milliseconds(100), .nextConversation = milliseconds(50)};
+    MessagingPatience patience{.firstConversation = milliseconds(500), .nextConversation = milliseconds(100)};
 
     void serve() {
         modemManager.serveAt(buses.system.address());
@@ -225,13 +225,14 @@ TEST_F(DeviceMessagingTests, APhoneWithoutConversationsIsAnEmptyListing) {
 
 TEST_F(DeviceMessagingTests, AServiceThatNeverAnswersEndsAtTheDeadline) {
     modemManager.modems.resize(1);
-    patience.request = patience.sending = patience.survey = milliseconds(60);
+    patience.sending = milliseconds(60);
     modemManager.unanswered = "Send";
     modemManager.serveAt(buses.system.address());
     const std::string text = "org.freedesktop.ModemManager1 did not answer within 1 second.";
     EXPECT_EQ(run(sending("+491", "m")), failed(text));
     EXPECT_EQ(modemManager.countOfMessages(0), 1U) << "it may still be on its way";
     modemManager.stop();
+    patience.request = patience.survey = milliseconds(60);
     modemManager.unanswered = "GetManagedObjects";
     modemManager.serveAt(buses.system.address());
     EXPECT_EQ(run(listing(5)), failed(text));
@@ -260,7 +261,7 @@ TEST_F(DeviceMessagingTests, ABusThatNeverAnswersEndsAtTheDeadline) {
 }
 
 TEST_F(DeviceMessagingTests, AServiceThatNeverAnswersLeavesTheOther) {
-    patience.request = milliseconds(60);
+    patience.request = milliseconds(500);
     modemManager.unanswered = "GetManagedObjects";
     kdeConnect.phones = {{.id = "p1", .name = "Near"}};
     serve();

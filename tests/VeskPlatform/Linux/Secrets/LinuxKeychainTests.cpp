@@ -26,7 +26,6 @@ protected:
         LinuxKeychainOptions made =
             linuxKeychainOptions(environment, std::string(VESK_BINARY_DIR "/lib/vesk"), folder / "state");
         made.service.log = made.file.log = [this](const std::string& line) { logged.push_back(line); };
-        made.service.patience = std::chrono::milliseconds(300);
         return made;
     }
     void useBus(const std::string& address) {
@@ -123,7 +122,9 @@ TEST_F(LinuxKeychainTests, ABusThatDoesNotAnswerIsUnavailable) {
     ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     ASSERT_EQ(::listen(socket.get(), 5), 0);
     useBus("unix:path=" + folder.path() + "/silent");
-    LinuxKeychain keychain(options());
+    LinuxKeychainOptions hasty = options();
+    hasty.service.patience = std::chrono::milliseconds(300);
+    LinuxKeychain keychain(hasty);
     EXPECT_EQ(keychain.copy("Vesk", "A").status, KeychainStatus::unavailable);
     EXPECT_EQ(keychain.survey().trouble, "The session bus does not answer.");
     EXPECT_FALSE(hasFile());

@@ -118,10 +118,10 @@ TEST_F(KeyringTests, AServiceThatIsKilledInTheMiddleOfACallIsUnavailable) {
 }
 
 TEST_F(KeyringTests, AServiceThatStopsAnsweringIsGivenUpAtItsLimit) {
+    ASSERT_EQ(keychain.add("Vesk", "A", "x"), KeychainStatus::success);
+    ::kill(keyring.process(), SIGSTOP);
     options.patience = 200ms;
     SecretServiceKeychain hasty(options);
-    ASSERT_EQ(hasty.add("Vesk", "A", "x"), KeychainStatus::success);
-    ::kill(keyring.process(), SIGSTOP);
     EXPECT_EQ(hasty.copy("Vesk", "A").status, KeychainStatus::unavailable);
     EXPECT_EQ(hasty.update("Vesk", "A", "y"), KeychainStatus::unavailable);
     ::kill(keyring.process(), SIGCONT);
@@ -193,9 +193,9 @@ protected:
 TEST_F(FakeServiceTests, AServiceThatNeverAnswersIsUnavailable) {
     service.isSilent = true;
     serve();
+    EXPECT_EQ(SecretServiceKeychain(options).presence(), SecretServicePresence::present);
     options.patience = 200ms;
     SecretServiceKeychain keychain(options);
-    EXPECT_EQ(keychain.presence(), SecretServicePresence::present);
     EXPECT_EQ(keychain.copy("Vesk", "A").status, KeychainStatus::unavailable);
     EXPECT_EQ(keychain.add("Vesk", "A", "planted-secret"), KeychainStatus::unavailable);
     EXPECT_EQ(keychain.find("Vesk", "A"), KeychainStatus::unavailable);

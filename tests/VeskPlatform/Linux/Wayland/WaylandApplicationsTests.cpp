@@ -94,7 +94,7 @@ TEST_F(WaylandApplicationsTests, AProgramIsAlsoFoundByTheNameThatPeopleKnow) {
 
 TEST_F(WaylandApplicationsTests, AProgramThatHangsIsKnownByItsProcess) {
     letters.change([&] { letters.answersLeft = 0; });
-    AccessibleApplications applications(environment, std::chrono::milliseconds(100));
+    AccessibleApplications applications(environment, std::chrono::milliseconds(500));
     EXPECT_EQ(applications.list(), (std::vector<AccessibleApplication>{{self, ""}, {self, "org.example.Mail"}}));
     EXPECT_EQ(applications.active(), (AccessibleApplication{self, "org.example.Mail"}));
 }
