@@ -200,7 +200,7 @@ struct VcardContactStore::State {
     }
 
     /// None where another program was faster.
-    std::optional<ContactCard> tryUpdate(const ContactCard& wanted) {
+    std::optional<ContactCard> tryUpdate(const ContactCard& wanted, FolderTurn& turn) {
         const auto known = given.find(wanted.identifier);
         const Located base = known == given.end() ? locate(wanted.identifier) : known->second;
         Place place = base.place;
@@ -215,7 +215,7 @@ struct VcardContactStore::State {
         const std::string edited = editedCardText(card->text(), base.contact, wanted, clock.now());
         std::string bytes = card->bytes;
         bytes.replace(card->range.begin, card->range.end - card->range.begin, edited);
-        if (bytes != card->bytes && !replaceFileDurably(place.path, card->bytes, bytes)) return std::nullopt;
+        if (bytes != card->bytes && !replaceFileDurably(place.path, card->bytes, bytes, turn)) return std::nullopt;
         return remembered(edited, wanted.identifier, place);
     }
 
@@ -278,8 +278,9 @@ ContactCard VcardContactStore::contact(const std::string& identifier) { return s
 ContactCard VcardContactStore::add(const ContactCard& card) { return state_->add(card); }
 
 ContactCard VcardContactStore::update(const ContactCard& card) {
+    FolderTurn turn;
     for (int i = 0; i < maximumAttempts; ++i)
-        if (auto updated = state_->tryUpdate(card)) return std::move(*updated);
+        if (auto updated = state_->tryUpdate(card, turn)) return std::move(*updated);
     throw unsettled();
 }
 

@@ -10,8 +10,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
-#include <poll.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -132,18 +130,6 @@ private:
     std::string name_, path_;
 };
 
-/// Waits for other runs of our own that replace files of this folder, as long as `folder` is open afterwards. While one
-/// puts a faster program's file back, the folder shows what is not meant to stay, and another that took it for the
-/// truth would lose what was put back. A run that is stopped meanwhile holds nobody up for long, and file systems that
-/// know no such locks (flock(2)) do without.
-void takeTurn(const FileDescriptor& folder) {
-    constexpr int attempts = 1000;
-    for (int i = 0; i < attempts && ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0; ++i) {
-        if (errno != EWOULDBLOCK && errno != EINTR) return;
-        ::poll(nullptr, 0, 2); // milliseconds
-    }
-}
-
 /// Exchanges the two files until the hidden one is what is meant to go: `expected`, or what the caller wrote itself.
 bool exchange(int folder, const HiddenFile& hidden, const RealFile& real, std::string_view expected,
               std::string_view bytes) {
@@ -169,24 +155,24 @@ bool exchange(int folder, const HiddenFile& hidden, const RealFile& real, std::s
 
 } // namespace
 
-bool replaceFileDurably(const std::string& path, std::string_view expected, std::string_view bytes) {
+bool replaceFileDurably(const std::string& path, std::string_view expected, std::string_view bytes, FolderTurn& turn) {
     const auto real = realFile(path);
     if (!real) return false;
     const FileDescriptor folder = openFolder(real->folder);
     const HiddenFile hidden(folder.get(), *real);
-    hidden.write(bytes, *real);
-    takeTurn(folder);
+    hidden.write(bytes, *real); // before the turn, which is to be short
+    turn.take(real->folder);
     if (!exchange(folder.get(), hidden, *real, expected, bytes)) return false;
     flushOrThrow(folder, real->folder);
     return true;
 }
 
-bool removeFileDurably(const std::string& path, std::string_view expected) {
+bool removeFileDurably(const std::string& path, std::string_view expected, FolderTurn& turn) {
     const std::size_t slash = path.rfind('/');
     const RealFile named{path.substr(0, slash), path.substr(slash + 1)}; // of a link, the link goes
     const FileDescriptor folder = openFolder(named.folder);
     const HiddenFile hidden(folder.get(), named);
-    takeTurn(folder);
+    turn.take(named.folder);
     if (!holds(path, expected)) return false;
     if (::renameat(folder.get(), named.name.c_str(), folder.get(), hidden.name()) != 0) {
         if (errno == ENOENT) return false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VeskPlatform/Linux/Vdir/FolderTurn.hpp"
+
 #include <string>
 #include <string_view>
 
@@ -10,12 +12,13 @@ namespace vesk::vdir {
 void createFileDurably(const std::string& folder, const std::string& name, std::string_view bytes);
 
 /// Replaces a file whole, with the permissions it has, unless its bytes are no longer `expected`: another program's
-/// change is never lost. False where they are not, or the file is gone. Throws PosixError; the file is then as it was.
-bool replaceFileDurably(const std::string& path, std::string_view expected, std::string_view bytes);
+/// change is never lost. False where they are not, or the file is gone. Takes the turn in the file's folder, and keeps
+/// it for a caller that starts over. Throws PosixError; the file is then as it was.
+bool replaceFileDurably(const std::string& path, std::string_view expected, std::string_view bytes, FolderTurn& turn);
 
-/// Removes a file unless its bytes are no longer `expected`; false where they are not, or it is gone. Throws
-/// PosixError.
-bool removeFileDurably(const std::string& path, std::string_view expected);
+/// Removes a file unless its bytes are no longer `expected`; false where they are not, or it is gone. Takes the turn as
+/// above. Throws PosixError.
+bool removeFileDurably(const std::string& path, std::string_view expected, FolderTurn& turn);
 
 /// Makes a folder that holds one file, with both names, or neither; false where the folder's name is taken. The parent
 /// exists. Throws PosixError.

@@ -185,7 +185,7 @@ struct VdirReminderStore::State {
     }
 
     /// None where another program was faster.
-    std::optional<Reminder> tryChange(const Reminder& wanted) {
+    std::optional<Reminder> tryChange(const Reminder& wanted, FolderTurn& turn) {
         const Located located = require(wanted);
         const auto known = given.find({wanted.listIdentifier, wanted.identifier});
         const Reminder& base = known == given.end() ? located.reminder : known->second;
@@ -197,17 +197,17 @@ struct VdirReminderStore::State {
         const ScannedTodo* todo = todoNamed(changed, wanted.identifier);
         auto saved = todo == nullptr ? std::nullopt : parsed(changed, *todo, *collectionNamed(wanted.listIdentifier));
         if (!saved) throw ErrorRecord("VdirReminderStore", 400, "The to-do cannot be written.");
-        if (!replaceFileDurably(located.path, located.file.bytes, changed.bytes)) return std::nullopt;
+        if (!replaceFileDurably(located.path, located.file.bytes, changed.bytes, turn)) return std::nullopt;
         return saved;
     }
 
     /// False where another program was faster.
-    bool tryRemove(const Reminder& reminder) {
+    bool tryRemove(const Reminder& reminder, FolderTurn& turn) {
         const Located located = require(reminder);
         const std::string rest = textWithoutTodo(located.file, reminder.identifier);
         const ScannedFile left = scanCalendarText(rest);
-        if (left.todos.empty() && left.events.empty()) return removeFileDurably(located.path, located.file.bytes);
-        return replaceFileDurably(located.path, located.file.bytes, rest);
+        if (left.todos.empty() && left.events.empty()) return removeFileDurably(located.path, located.file.bytes, turn);
+        return replaceFileDurably(located.path, located.file.bytes, rest, turn);
     }
 
     std::string folderOf(const std::string& sourceIdentifier) {
@@ -304,14 +304,16 @@ std::optional<Reminder> VdirReminderStore::reminder(const std::string& identifie
 
 Reminder VdirReminderStore::save(const Reminder& reminder) {
     if (reminder.identifier.empty()) return state_->create(reminder);
+    FolderTurn turn;
     for (int i = 0; i < maximumAttempts; ++i)
-        if (auto saved = state_->tryChange(reminder)) return state_->remembered(std::move(*saved));
+        if (auto saved = state_->tryChange(reminder, turn)) return state_->remembered(std::move(*saved));
     throw unsettled();
 }
 
 void VdirReminderStore::remove(const Reminder& reminder) {
+    FolderTurn turn;
     for (int i = 0; i < maximumAttempts; ++i)
-        if (state_->tryRemove(reminder)) return;
+        if (state_->tryRemove(reminder, turn)) return;
     throw unsettled();
 }
 

@@ -4,11 +4,14 @@
 #include "tests/support/RefusedCalls.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <gtest/gtest.h>
+#include <memory>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 
@@ -109,6 +112,35 @@ TEST_F(FileReplacementTests, AWriteThatFailsHalfwayLeavesNothing) {
     EXPECT_EQ(limited(true), EFBIG);
     EXPECT_EQ(limited(false), EFBIG);
     EXPECT_EQ(entries(), 0U);
+}
+
+TEST_F(FileReplacementTests, AWriterThatWasOutrunKeepsItsTurn) {
+    const std::string path = folder.path() + "/a.ics";
+    folder.write("a.ics", "theirs");
+    auto turn = std::make_unique<vdir::FolderTurn>();
+    EXPECT_FALSE(vdir::replaceFileDurably(path, "what was read", "mine", *turn));
+    auto other = std::async(std::launch::async, [&] {
+        vdir::FolderTurn another;
+        return vdir::replaceFileDurably(path, "theirs", "the other's", another);
+    });
+    EXPECT_EQ(other.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout) << "it waits for its turn";
+    EXPECT_TRUE(vdir::replaceFileDurably(path, "theirs", "mine", *turn));
+    turn.reset();
+    EXPECT_FALSE(other.get());
+    EXPECT_EQ(folder.read("a.ics"), "mine");
+}
+
+TEST_F(FileReplacementTests, ATurnIsOfTheFolderThatIsThereNow) {
+    std::filesystem::create_directory(folder / "list");
+    vdir::FolderTurn turn, another;
+    turn.take(folder / "list");
+    std::filesystem::rename(folder / "list", folder / "gone");
+    std::filesystem::create_directory(folder / "list");
+    turn.take(folder / "list");
+    another.take(folder / "gone"); // waits for nobody
+    auto waiting = std::async(std::launch::async, [&] { vdir::FolderTurn().take(folder / "list"); });
+    EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    turn = {};
 }
 
 } // namespace

@@ -190,15 +190,16 @@ TEST_F(VdirReminderChangesTests, LongLinesAndCyclesOfRelationsAreNoHindrance) {
 
 TEST_F(VdirReminderChangesTests, AFileThatChangedMeanwhileIsNeitherReplacedNorRemoved) {
     const std::string path = write("home/a.ics", "theirs");
-    EXPECT_FALSE(vdir::replaceFileDurably(path, "what was read", "mine"));
-    EXPECT_FALSE(vdir::removeFileDurably(path, "what was read"));
+    vdir::FolderTurn turn;
+    EXPECT_FALSE(vdir::replaceFileDurably(path, "what was read", "mine", turn));
+    EXPECT_FALSE(vdir::removeFileDurably(path, "what was read", turn));
     EXPECT_EQ(read("home/a.ics"), "theirs");
-    EXPECT_TRUE(vdir::replaceFileDurably(path, "theirs", "mine"));
+    EXPECT_TRUE(vdir::replaceFileDurably(path, "theirs", "mine", turn));
     EXPECT_EQ(read("home/a.ics"), "mine");
     EXPECT_THAT(names(), ElementsAre("a.ics"));
-    EXPECT_TRUE(vdir::removeFileDurably(path, "mine"));
-    EXPECT_FALSE(vdir::replaceFileDurably(path, "mine", "more"));
-    EXPECT_FALSE(vdir::removeFileDurably(path, "mine"));
+    EXPECT_TRUE(vdir::removeFileDurably(path, "mine", turn));
+    EXPECT_FALSE(vdir::replaceFileDurably(path, "mine", "more", turn));
+    EXPECT_FALSE(vdir::removeFileDurably(path, "mine", turn));
     EXPECT_TRUE(names().empty());
 }
 
