@@ -199,6 +199,15 @@ TEST_F(PosixFiles, NamesAreAsLongAsTheSystemAllows) {
     EXPECT_EQ(count(), 2U);
 }
 
+TEST_F(PosixFiles, AFolderWhosePathIsTooLongIsRefusedBeforeAnyIsMade) {
+    for (const std::size_t parts : {2'100U, 60'000U}) {
+        std::string path = folder.path();
+        for (std::size_t i = 0; i < parts; ++i) path += "/a";
+        EXPECT_EQ(posixCodeOf([&] { files.createDirectory(path); }), ENAMETOOLONG) << parts;
+        EXPECT_EQ(count(), 0U) << parts;
+    }
+}
+
 TEST_F(PosixFiles, AListingShowsTheFolderThatWasOpened) {
     folder.write("folder/inside", "x");
     const auto reader = files.openDirectory(folder / "folder");
