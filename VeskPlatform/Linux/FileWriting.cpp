@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/FileWriting.hpp"
 
-#include "VeskPlatform/Linux/RandomUuid.hpp"
+#include "VeskPlatform/Linux/HiddenName.hpp"
 #include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -17,11 +17,6 @@ namespace vesk {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// What file systems answer that lack a call, a flag or hard links.
-bool isNotSupported(int errnoValue) {
-    return errnoValue == EINVAL || errnoValue == ENOSYS || errnoValue == EOPNOTSUPP || errnoValue == EPERM;
-}
 
 /// The file behind its links; the path itself where nothing is there, or a link that leads nowhere.
 fs::path realFile(const std::string& path) {
@@ -79,29 +74,16 @@ public:
     }
 
     void giveName(const std::string& name, ExistingFile existing) {
-        if (!(existing == ExistingFile::replace ? moveOver(name) : moveBeside(name))) throw PosixError(errno, path_);
+        const bool named = existing == ExistingFile::replace
+                               ? ::renameat(folder_, name_.c_str(), folder_, name.c_str()) == 0
+                               : moveBeside(folder_, name_, name);
+        if (!named) throw PosixError(errno, path_);
         renamed_ = true;
     }
 
 private:
-    bool moveOver(const std::string& name) const {
-        return ::renameat(folder_, name_.c_str(), folder_, name.c_str()) == 0;
-    }
-    /// False with EEXIST where the name is taken.
-    bool moveBeside(const std::string& name) const {
-        if (::renameat2(folder_, name_.c_str(), folder_, name.c_str(), RENAME_NOREPLACE) == 0) return true;
-        if (!isNotSupported(errno)) return false;
-        if (::linkat(folder_, name_.c_str(), folder_, name.c_str(), 0) == 0)
-            return ::unlinkat(folder_, name_.c_str(), 0) == 0;
-        if (!isNotSupported(errno)) return false;
-        struct stat taken {};
-        if (::fstatat(folder_, name.c_str(), &taken, AT_SYMLINK_NOFOLLOW) != 0) return moveOver(name);
-        errno = EEXIST;
-        return false;
-    }
-
     int folder_;
-    std::string path_, name_ = ".vesk-" + randomUuid() + ".tmp";
+    std::string path_, name_ = hiddenName();
     FileDescriptor file_;
     bool renamed_ = false;
 };
