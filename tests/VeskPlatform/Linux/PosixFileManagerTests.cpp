@@ -208,6 +208,19 @@ TEST_F(PosixFiles, AFolderWhosePathIsTooLongIsRefusedBeforeAnyIsMade) {
     }
 }
 
+TEST_F(PosixFiles, WhetherAFolderHoldsWhatOnlyLinksReachIsNotGuessed) {
+    const std::string name(250, 'n');
+    std::string relative = name;
+    for (int i = 0; i < 9; ++i) relative += "/" + name;
+    files.createDirectory(folder / "top" + "/" + relative);
+    std::filesystem::create_symlink("top/" + relative, folder / "first");
+    files.createDirectory(folder / "first/" + relative);
+    std::filesystem::create_symlink(relative, folder / "first/second");
+    folder.write("first/second/file", "x");
+    EXPECT_EQ(posixCodeOf([&] { (void)files.isOrContains(folder / "top", folder / "first/second/file"); }),
+              ENAMETOOLONG);
+}
+
 TEST_F(PosixFiles, AListingShowsTheFolderThatWasOpened) {
     folder.write("folder/inside", "x");
     const auto reader = files.openDirectory(folder / "folder");
