@@ -47,29 +47,28 @@ std::optional<struct stat> replaceable(int folder, const std::string& name, cons
     return status;
 }
 
-/// A file beside the real one that listings pass over; it goes with this object unless it was renamed.
+/// A file beside the real one: nameless while it is written, so that a killed run leaves nothing behind, then under a
+/// name that listings pass over. Where the system has no nameless files it has that name from the start. It goes with
+/// this object unless it was renamed.
 class HiddenFile {
 public:
-    HiddenFile(int folder, const std::string& path) : folder_(folder), path_(path) {
-        file_.reset(::openat(folder, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
-        if (!file_) throw PosixError(errno, path);
+    HiddenFile(int folder, const std::string& path)
+        : folder_(folder), path_(path), file_(::openat(folder, ".", O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666)) {
+        if (!file_) openNamed();
     }
     ~HiddenFile() {
-        if (!renamed_) ::unlinkat(folder_, name_.c_str(), 0);
+        if (named_ && !renamed_) ::unlinkat(folder_, name_.c_str(), 0);
     }
     HiddenFile(const HiddenFile&) = delete;
     HiddenFile& operator=(const HiddenFile&) = delete;
 
-    /// The permissions and, where the system lets it, the group of another file.
-    void resemble(const struct stat& other) const {
-        const bool keepsGroup = ::fchown(file_.get(), static_cast<uid_t>(-1), other.st_gid) == 0;
-        const mode_t mode = other.st_mode & (keepsGroup ? 0777 : 0707);
-        if (::fchmod(file_.get(), mode) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
-    }
-
-    void write(std::string_view bytes) {
-        writeAll(file_, bytes, path_);
-        if (::fsync(file_.get()) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
+    /// The permissions and the group are those of `former`, where there is one.
+    void write(std::string_view bytes, const std::optional<struct stat>& former) {
+        fill(bytes, former);
+        if (!named_ && !linkNameless()) {
+            openNamed();
+            fill(bytes, former);
+        }
         file_.close(path_);
     }
 
@@ -82,10 +81,36 @@ public:
     }
 
 private:
+    void openNamed() {
+        file_.reset(::openat(folder_, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+        if (!file_) throw PosixError(errno, path_);
+        named_ = true;
+    }
+
+    void fill(std::string_view bytes, const std::optional<struct stat>& former) const {
+        if (former) resemble(*former);
+        writeAll(file_, bytes, path_);
+        if (::fsync(file_.get()) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
+    }
+
+    /// The group only where the system lets it.
+    void resemble(const struct stat& other) const {
+        const bool keepsGroup = ::fchown(file_.get(), static_cast<uid_t>(-1), other.st_gid) == 0;
+        const mode_t mode = other.st_mode & (keepsGroup ? 0777 : 0707);
+        if (::fchmod(file_.get(), mode) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
+    }
+
+    /// False where there is no /proc or there are no hard links.
+    bool linkNameless() {
+        const std::string opened = "/proc/self/fd/" + std::to_string(file_.get());
+        named_ = ::linkat(AT_FDCWD, opened.c_str(), folder_, name_.c_str(), AT_SYMLINK_FOLLOW) == 0;
+        return named_;
+    }
+
     int folder_;
     std::string path_, name_ = hiddenName();
     FileDescriptor file_;
-    bool renamed_ = false;
+    bool named_ = false, renamed_ = false;
 };
 
 /// As durable as the file system makes it: some cannot flush a folder, and some folders may be written but not read.
@@ -105,8 +130,7 @@ void writeWholeFile(const std::string& path, std::string_view bytes, ExistingFil
     const auto former = replaceable(folder.get(), name, path);
     if (former && existing == ExistingFile::keep) throw PosixError(EEXIST, path);
     HiddenFile hidden(folder.get(), path);
-    if (former) hidden.resemble(*former);
-    hidden.write(bytes);
+    hidden.write(bytes, former);
     hidden.giveName(name, existing);
     flushFolder(folder);
 }

@@ -164,6 +164,31 @@ TEST_F(PosixFiles, DrivesThatLackRenamesWithFlagsAndHardLinksAreWrittenToo) {
     EXPECT_EQ(count(), 3U);
 }
 
+TEST_F(PosixFiles, AWriteThatIsKilledLeavesNothingBehind) {
+    folder.write("file", "old");
+    EXPECT_EQ(inChild([&] {
+                  killAtCall(SYS_fsync);
+                  return static_cast<int>(codeOfWriting(folder / "file"));
+              }),
+              128 + SIGSYS);
+    EXPECT_EQ(folder.read("file"), "old");
+    EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(PosixFiles, DrivesThatLackNamelessFilesAreWrittenToo) {
+    constexpr unsigned openFlags = 2;
+    folder.write("file", "old");
+    EXPECT_EQ(inChild([&] {
+                  refuseCall(SYS_openat, EOPNOTSUPP, openFlags, O_TMPFILE & ~O_DIRECTORY);
+                  return static_cast<int>(codeOfWriting(folder / "file"));
+              }),
+              0);
+    EXPECT_EQ(folder.read("file"), "new");
+    EXPECT_EQ(keepingWrite(files, folder / "without-proc", {{SYS_linkat, ENOENT}}), 0);
+    EXPECT_EQ(folder.read("without-proc"), "new");
+    EXPECT_EQ(count(), 2U);
+}
+
 TEST_F(PosixFiles, AWriteThatIsKilledBeforeItsRenameKeepsTheOldFile) {
     folder.write("file", "old");
     EXPECT_EQ(inChild([&] {
