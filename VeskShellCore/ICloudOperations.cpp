@@ -85,29 +85,48 @@ std::string resolveOutput(FileManager& files, const std::string& outputPath) {
     return standardizedPath(absolutePath(files, outputPath));
 }
 
+/// The root may be a link to the user's drive; a copy of the link would hold nothing.
+std::string sourceOf(FileManager& files, const Target& target) {
+    return target.relativePath ? target.path : files.resolvedPath(target.path);
+}
+
+std::string nearestFolderThere(FileManager& files, const std::string& path) {
+    std::string folder = parentFolder(path);
+    while (folder != "/" && !files.attributes(folder)) folder = parentFolder(folder);
+    return folder;
+}
+
+/// Removing the one would remove the other, or the copy would grow while it is made.
+void requireApart(FileManager& files, const Target& target, const std::string& source, const std::string& output) {
+    if (files.isOrContains(output, target.path) || files.isOrContains(source, nearestFolderThere(files, output)))
+        throw PosixError(EINVAL, output);
+}
+
+[[noreturn]] void failWithLoss(const ErrorRecord& error, const std::string& loss) {
+    throw ErrorRecord(error.domain(), error.code(), error.description() + " (" + loss + ")",
+                      std::make_shared<const ErrorRecord>(error));
+}
+
 /// Whether anything was removed, a link that leads nowhere also counts.
 bool removeFormer(FileManager& files, const std::string& output) {
+    const auto former = files.attributes(output);
     try {
         files.removeItem(output);
         return true;
     } catch (const ErrorRecord& error) {
         if (systemErrorNumber(error) == ENOENT) return false;
-        throw;
+        if (!former || !former->isDirectory) throw;
+        failWithLoss(error, "part of what was at " + output + " may already have been removed");
     }
 }
 
 void copyOverFormer(FileManager& files, const std::string& source, const std::string& output) {
-    // Removing the one would remove the other, or the copy would grow while it is made.
-    if (files.isOrContains(output, source) || files.isOrContains(source, parentFolder(output)))
-        throw PosixError(EINVAL, output);
     const bool removed = removeFormer(files, output);
     try {
         files.copyItem(source, output);
     } catch (const ErrorRecord& error) {
         if (!removed) throw;
-        throw ErrorRecord(error.domain(), error.code(),
-                          error.description() + " (what was at " + output + " has already been removed)",
-                          std::make_shared<const ErrorRecord>(error));
+        failWithLoss(error, "what was at " + output + " has already been removed");
     }
 }
 
@@ -196,8 +215,10 @@ CapabilityICloudExportResponse exportItem(Platform& platform, const std::string&
     const auto item = files.attributes(target.path); // it may have gone since
     if (!item) throw ICloudError(404, "The requested iCloud item does not exist.");
     const std::string output = resolveOutput(files, outputPath);
+    const std::string source = sourceOf(files, target);
+    requireApart(files, target, source, output);
     files.createDirectory(parentFolder(output));
-    copyOverFormer(files, target.path, output);
+    copyOverFormer(files, source, output);
     auto response = responseFor<CapabilityICloudExportResponse>(
         target.root, bundle,
         item->isDirectory ? "Exported iCloud directory to a local path." : "Exported iCloud file to a local path.");

@@ -36,10 +36,10 @@ CapabilityICloudWriteTextResponse writeText(Platform& platform, const std::strin
 CapabilityICloudMakeDirectoryResponse makeDirectory(Platform& platform, const std::string& relativePath,
                                                     CapabilityICloudScope scope, const Bundle& bundle);
 
-/// Copies an item to a local path, relative to the current directory, and makes the folders above it. Whatever is at
-/// the output is removed first, a folder with everything in it; where the copying then fails, the failure says so. An
-/// output that is the item itself, lies in it or around it is refused with "NSPOSIXErrorDomain" EINVAL, a blank one
-/// with ENOENT.
+/// Copies an item to a local path, relative to the current directory, and makes the folders above it. A link is copied
+/// as one, but for the root. Whatever is at the output is removed first, a folder with everything in it; where that or
+/// the copying then fails, the failure says what is lost. An output that is the item itself, lies in it or around it is
+/// refused with "NSPOSIXErrorDomain" EINVAL before anything changes, a blank one with ENOENT.
 CapabilityICloudExportResponse exportItem(Platform& platform, const std::string& relativePath,
                                           const std::string& outputPath, CapabilityICloudScope scope,
                                           const Bundle& bundle);

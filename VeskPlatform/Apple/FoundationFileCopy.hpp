@@ -14,6 +14,9 @@ void copyTree(const std::string& path, const std::string& destination);
 /// Whether a link stands at the path itself.
 bool isLink(NSString* path);
 
+/// Whether both paths name one thing, a link for itself.
+bool isSameItem(const std::string& path, const std::string& other);
+
 /// Whether what `item` is or leads to is `folder`, which is no link, or lies anywhere in it. Not where one of them is
 /// not there. Told by what things are and not by their names: a folder may hold other volumes, and `folder` may be a
 /// file.

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace vesk {
@@ -36,6 +37,13 @@ void requireOutside(NSURL* source, NSURL* target, const std::string& destination
 } // namespace
 
 bool isLink(NSString* path) { return [typeOf(path) isEqual:NSFileTypeSymbolicLink]; }
+
+bool isSameItem(const std::string& path, const std::string& other) {
+    struct stat one {
+    }, two{};
+    return ::lstat(path.c_str(), &one) == 0 && ::lstat(other.c_str(), &two) == 0 && one.st_dev == two.st_dev
+           && one.st_ino == two.st_ino;
+}
 
 bool isOrContains(const std::string& folder, const std::string& item) {
     std::error_code failure;

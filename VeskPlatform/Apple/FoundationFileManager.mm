@@ -62,7 +62,8 @@ std::optional<FileAttributes> FoundationFileManager::attributes(const std::strin
 
 bool FoundationFileManager::isOrContains(const std::string& folder, const std::string& item) {
     NSString* name = namedPath(folder);
-    if (name == nil || !fileExists(item) || isLink(name)) return false;
+    if (name == nil || !fileExists(item)) return false;
+    if (isLink(known(name))) return isSameItem(folder, item);
     // Where a link lies counts as well as what it leads to.
     const std::string place = optionalUtf8(folderOf(usableFileUrl(item)).path).value_or(item);
     return vesk::isOrContains(folder, item) || vesk::isOrContains(folder, place);

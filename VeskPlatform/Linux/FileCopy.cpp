@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/FileCopy.hpp"
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
+#include "VeskPlatform/Linux/HiddenName.hpp"
 #include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -151,26 +152,69 @@ void requireOutside(const std::string& path, const std::string& destination) {
     if ((folder / "").native().starts_with((source / "").native())) throw PosixError(EINVAL, destination);
 }
 
+/// Removes a copy, also folders in it that may not be written; what cannot be removed stays.
+void removeCopy(const std::string& path) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    const auto openUp = [&ignored](const fs::path& item) {
+        if (fs::is_directory(fs::symlink_status(item, ignored)))
+            fs::permissions(item, fs::perms::owner_all, fs::perm_options::add, ignored);
+    };
+    openUp(path);
+    for (fs::recursive_directory_iterator item(path, ignored), end; item != end; item.increment(ignored))
+        openUp(item->path());
+    fs::remove_all(path, ignored);
+}
+
+/// A copy under a hidden name beside its own; it goes with this object unless it got that.
+class HiddenCopy {
+public:
+    explicit HiddenCopy(const std::string& destination) : destination_(destination) {
+        const std::filesystem::path path(destination);
+        name_ = path.filename().native();
+        if (name_.empty() || name_ == "." || name_ == "..")
+            throw PosixError(path.empty() ? ENOENT : EEXIST, destination);
+        parent_ = path.has_parent_path() ? path.parent_path() : ".";
+        folder_.reset(::open(parent_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        struct stat taken {};
+        if (!folder_) throw PosixError(errno, destination);
+        if (::fstatat(folder_.get(), name_.c_str(), &taken, AT_SYMLINK_NOFOLLOW) == 0)
+            throw PosixError(EEXIST, destination);
+    }
+    ~HiddenCopy() {
+        if (!named_) removeCopy((parent_ / hidden_).native());
+    }
+    HiddenCopy(const HiddenCopy&) = delete;
+    HiddenCopy& operator=(const HiddenCopy&) = delete;
+
+    /// Messages call it by its own name.
+    Place place() const { return {folder_.get(), hidden_, destination_}; }
+
+    void giveName() {
+        if (!moveBeside(folder_.get(), hidden_, name_)) throw PosixError(errno, destination_);
+        named_ = true;
+    }
+
+private:
+    std::string destination_, name_, hidden_ = hiddenName();
+    std::filesystem::path parent_;
+    FileDescriptor folder_;
+    bool named_ = false;
+};
+
 } // namespace
 
 void copyTree(const std::string& path, const std::string& destination) {
+    HiddenCopy copy(destination);
     const Place from{AT_FDCWD, path, path};
-    const Place to{AT_FDCWD, destination, destination};
-    struct stat taken {};
-    if (::fstatat(AT_FDCWD, destination.c_str(), &taken, AT_SYMLINK_NOFOLLOW) == 0) to.fail(EEXIST);
     const struct stat status = statusOf(from);
-    if (S_ISDIR(status.st_mode)) requireOutside(path, destination);
-    try {
-        if (S_ISDIR(status.st_mode))
-            copyFolder(from, to);
-        else
-            copyLeaf(status, from, to);
-    } catch (const PosixError& error) {
-        std::error_code ignored; // the failure of the copying is what counts
-        // What is there already was made by somebody else just now.
-        if (error.code() != EEXIST) std::filesystem::remove_all(destination, ignored);
-        throw;
+    if (S_ISDIR(status.st_mode)) {
+        requireOutside(path, destination);
+        copyFolder(from, copy.place());
+    } else {
+        copyLeaf(status, from, copy.place());
     }
+    copy.giveName();
 }
 
 } // namespace vesk

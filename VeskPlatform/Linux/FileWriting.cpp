@@ -1,6 +1,6 @@
 #include "VeskPlatform/Linux/FileWriting.hpp"
 
-#include "VeskPlatform/Linux/RandomUuid.hpp"
+#include "VeskPlatform/Linux/HiddenName.hpp"
 #include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
@@ -17,11 +17,6 @@ namespace vesk {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// What file systems answer that lack a call, a flag or hard links.
-bool isNotSupported(int errnoValue) {
-    return errnoValue == EINVAL || errnoValue == ENOSYS || errnoValue == EOPNOTSUPP || errnoValue == EPERM;
-}
 
 /// The file behind its links; the path itself where nothing is there, or a link that leads nowhere.
 fs::path realFile(const std::string& path) {
@@ -52,58 +47,70 @@ std::optional<struct stat> replaceable(int folder, const std::string& name, cons
     return status;
 }
 
-/// A file beside the real one that listings pass over; it goes with this object unless it was renamed.
+/// A file beside the real one: nameless while it is written, so that a killed run leaves nothing behind, then under a
+/// name that listings pass over. Where the system has no nameless files it has that name from the start. It goes with
+/// this object unless it was renamed.
 class HiddenFile {
 public:
-    HiddenFile(int folder, const std::string& path) : folder_(folder), path_(path) {
-        file_.reset(::openat(folder, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
-        if (!file_) throw PosixError(errno, path);
+    HiddenFile(int folder, const std::string& path)
+        : folder_(folder), path_(path), file_(::openat(folder, ".", O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666)) {
+        if (!file_) openNamed();
     }
     ~HiddenFile() {
-        if (!renamed_) ::unlinkat(folder_, name_.c_str(), 0);
+        if (named_ && !renamed_) ::unlinkat(folder_, name_.c_str(), 0);
     }
     HiddenFile(const HiddenFile&) = delete;
     HiddenFile& operator=(const HiddenFile&) = delete;
 
-    /// The permissions and, where the system lets it, the group of another file.
+    /// The permissions and the group are those of `former`, where there is one.
+    void write(std::string_view bytes, const std::optional<struct stat>& former) {
+        fill(bytes, former);
+        if (!named_ && !linkNameless()) {
+            openNamed();
+            fill(bytes, former);
+        }
+        file_.close(path_);
+    }
+
+    void giveName(const std::string& name, ExistingFile existing) {
+        const bool named = existing == ExistingFile::replace
+                               ? ::renameat(folder_, name_.c_str(), folder_, name.c_str()) == 0
+                               : moveBeside(folder_, name_, name);
+        if (!named) throw PosixError(errno, path_);
+        renamed_ = true;
+    }
+
+private:
+    void openNamed() {
+        file_.reset(::openat(folder_, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+        if (!file_) throw PosixError(errno, path_);
+        named_ = true;
+    }
+
+    void fill(std::string_view bytes, const std::optional<struct stat>& former) const {
+        if (former) resemble(*former);
+        writeAll(file_, bytes, path_);
+        if (::fsync(file_.get()) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
+    }
+
+    /// The group only where the system lets it.
     void resemble(const struct stat& other) const {
         const bool keepsGroup = ::fchown(file_.get(), static_cast<uid_t>(-1), other.st_gid) == 0;
         const mode_t mode = other.st_mode & (keepsGroup ? 0777 : 0707);
         if (::fchmod(file_.get(), mode) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
     }
 
-    void write(std::string_view bytes) {
-        writeAll(file_, bytes, path_);
-        if (::fsync(file_.get()) != 0 && !isNotSupported(errno)) throw PosixError(errno, path_);
-        file_.close(path_);
-    }
-
-    void giveName(const std::string& name, ExistingFile existing) {
-        if (!(existing == ExistingFile::replace ? moveOver(name) : moveBeside(name))) throw PosixError(errno, path_);
-        renamed_ = true;
-    }
-
-private:
-    bool moveOver(const std::string& name) const {
-        return ::renameat(folder_, name_.c_str(), folder_, name.c_str()) == 0;
-    }
-    /// False with EEXIST where the name is taken.
-    bool moveBeside(const std::string& name) const {
-        if (::renameat2(folder_, name_.c_str(), folder_, name.c_str(), RENAME_NOREPLACE) == 0) return true;
-        if (!isNotSupported(errno)) return false;
-        if (::linkat(folder_, name_.c_str(), folder_, name.c_str(), 0) == 0)
-            return ::unlinkat(folder_, name_.c_str(), 0) == 0;
-        if (!isNotSupported(errno)) return false;
-        struct stat taken {};
-        if (::fstatat(folder_, name.c_str(), &taken, AT_SYMLINK_NOFOLLOW) != 0) return moveOver(name);
-        errno = EEXIST;
-        return false;
+    /// False where there is no /proc or there are no hard links.
+    bool linkNameless() {
+        const std::string opened = "/proc/self/fd/" + std::to_string(file_.get());
+        named_ = ::linkat(AT_FDCWD, opened.c_str(), folder_, name_.c_str(), AT_SYMLINK_FOLLOW) == 0;
+        return named_;
     }
 
     int folder_;
-    std::string path_, name_ = ".vesk-" + randomUuid() + ".tmp";
+    std::string path_, name_ = hiddenName();
     FileDescriptor file_;
-    bool renamed_ = false;
+    bool named_ = false, renamed_ = false;
 };
 
 /// As durable as the file system makes it: some cannot flush a folder, and some folders may be written but not read.
@@ -123,8 +130,7 @@ void writeWholeFile(const std::string& path, std::string_view bytes, ExistingFil
     const auto former = replaceable(folder.get(), name, path);
     if (former && existing == ExistingFile::keep) throw PosixError(EEXIST, path);
     HiddenFile hidden(folder.get(), path);
-    if (former) hidden.resemble(*former);
-    hidden.write(bytes);
+    hidden.write(bytes, former);
     hidden.giveName(name, existing);
     flushFolder(folder);
 }

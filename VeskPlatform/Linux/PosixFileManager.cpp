@@ -115,9 +115,10 @@ std::optional<FileAttributes> PosixFileManager::attributes(const std::string& pa
 bool PosixFileManager::isOrContains(const std::string& folder, const std::string& item) {
     struct stat wanted {};
     if (hasNullByte(folder) || hasNullByte(item) || ::lstat(folder.c_str(), &wanted) != 0) return false;
+    if (!statusOf(item)) return false;
     std::error_code failure;
     const fs::path target = fs::canonical(item, failure);
-    if (failure) return false;
+    if (failure) throw PosixError(failure.value(), item); // too long without its links: nobody can tell
     const fs::path own = fs::absolute(item);
     const fs::path above = fs::canonical(own.parent_path(), failure);
     return liesIn(wanted, target) || (!failure && liesIn(wanted, above / own.filename()));

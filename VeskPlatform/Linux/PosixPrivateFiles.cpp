@@ -14,9 +14,12 @@ namespace vesk {
 
 namespace {
 
+/// Throws where the path is longer than the system takes: its first parts could be made, the whole never.
 bool isFolder(const std::string& path) {
     struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    if (::stat(path.c_str(), &status) == 0) return S_ISDIR(status.st_mode);
+    if (errno == ENAMETOOLONG) throw PosixError(errno, path);
+    return false;
 }
 
 std::string folderOf(const std::string& path) {

@@ -293,6 +293,22 @@ TEST_F(ICloudOperations, ExportsTheRoot) {
     EXPECT_EQ(response.itemCount, 1);
 }
 
+TEST_F(ICloudOperations, ARootThatIsALinkIsExportedAsWhatItLeadsTo) {
+    put("/drive/a/b", "x");
+    put("/home/dana/other", "x");
+    files.links["/home/dana/Cloud"] = "/drive";
+    platform.fakeCloudAccount.drive = "/home/dana/Cloud";
+    const auto response = exported("", "/out");
+    EXPECT_EQ(response.sourcePath, "/home/dana/Cloud");
+    EXPECT_EQ(response.itemCount, 2);
+    EXPECT_FALSE(files.links.contains("/out"));
+    EXPECT_TRUE(files.texts.contains("/out/a/b"));
+    for (const char* output : {"/home/dana/Cloud", "/home/dana", "/drive", "/drive/a/new", "/home/dana/Cloud/a/new"})
+        EXPECT_EQ(posixError([&] { exported("", output); }).code(), EINVAL) << output;
+    EXPECT_TRUE(files.texts.contains("/drive/a/b"));
+    EXPECT_TRUE(files.links.contains("/home/dana/Cloud"));
+}
+
 TEST_F(ICloudOperations, AnOutputIsRelativeToTheCurrentFolder) {
     put("/drive/file", "x");
     EXPECT_EQ(exported("file", "sub/../copy").exportedPath, "/home/dana/work/copy");
@@ -350,6 +366,20 @@ TEST_F(ICloudOperations, AnOutputThatCannotBeRemovedStays) {
     EXPECT_EQ(files.texts["/out/file"], "old");
 }
 
+TEST_F(ICloudOperations, AFolderThatCannotBeRemovedWholeIsSaidToHaveLostAPart) {
+    put("/drive/file", "new");
+    put("/out/folder/kept", "old");
+    files.refused = {"/out/folder"};
+    try {
+        exported("file", "/out/folder");
+        FAIL() << "no failure";
+    } catch (const ErrorRecord& error) {
+        EXPECT_EQ(error.code(), EACCES);
+        EXPECT_EQ(error.description(),
+                  "/out/folder: Permission denied (part of what was at /out/folder may already have been removed)");
+    }
+}
+
 TEST_F(ICloudOperations, AFailedExportSaysWhatWasAlreadyRemoved) {
     put("/drive/file", "new");
     put("/out/file", "old");
@@ -393,6 +423,12 @@ TEST_F(ICloudOperations, AnExportNeverRemovesItsOwnSource) {
         EXPECT_TRUE(files.texts.contains("/drive/folder/sub/file"));
         EXPECT_TRUE(files.texts.contains("/precious/file"));
     }
+}
+
+TEST_F(ICloudOperations, ARefusedExportMakesNoFolder) {
+    put("/drive/folder/sub/file", "x");
+    EXPECT_EQ(posixError([&] { exported("folder", "/drive/folder/sub/new/deep/copy"); }).code(), EINVAL);
+    EXPECT_TRUE(files.calls.empty());
 }
 
 TEST_F(ICloudOperations, AnOutputThatNamesNothingIsRefused) {

@@ -227,6 +227,7 @@ TYPED_TEST_P(FileManagerContract, TellsWhetherRemovingTheOneLosesTheOther) {
     EXPECT_FALSE(contains("a", "ab"));
     EXPECT_FALSE(contains("a/b", "a"));
     EXPECT_FALSE(contains("link", "a/b/file")) << "removing a link loses nothing else";
+    EXPECT_TRUE(contains("link", "link"));
     EXPECT_FALSE(contains("none", "ab"));
     EXPECT_FALSE(contains("a", "a/none"));
 }

@@ -65,8 +65,9 @@ public:
             .isDirectory = false, .size = static_cast<std::int64_t>(texts[real].size()), .modified = when};
     }
     bool isOrContains(const std::string& folder, const std::string& item) override {
-        if (!fileExists(folder) || !fileExists(item) || links.contains(folder)) return false;
-        const std::string place = resolved(parentFolder(item)) + "/" + lastPathComponent(item);
+        if (!fileExists(folder) || !fileExists(item)) return false;
+        const std::string place = placeOf(item);
+        if (links.contains(folder)) return placeOf(folder) == place;
         return isIn(resolved(folder), resolved(item)) || isIn(resolved(folder), place);
     }
     std::unique_ptr<DirectoryReader> openDirectory(const std::string& path) override {
@@ -198,6 +199,11 @@ private:
             real = link->second + real.substr(link->first.size());
         }
         return real;
+    }
+
+    /// Where a name lies, whatever it leads to.
+    std::string placeOf(const std::string& path) const {
+        return resolved(parentFolder(path)) + "/" + lastPathComponent(path);
     }
 
     /// In the order of the names.

@@ -164,6 +164,31 @@ TEST_F(PosixFiles, DrivesThatLackRenamesWithFlagsAndHardLinksAreWrittenToo) {
     EXPECT_EQ(count(), 3U);
 }
 
+TEST_F(PosixFiles, AWriteThatIsKilledLeavesNothingBehind) {
+    folder.write("file", "old");
+    EXPECT_EQ(inChild([&] {
+                  killAtCall(SYS_fsync);
+                  return static_cast<int>(codeOfWriting(folder / "file"));
+              }),
+              128 + SIGSYS);
+    EXPECT_EQ(folder.read("file"), "old");
+    EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(PosixFiles, DrivesThatLackNamelessFilesAreWrittenToo) {
+    constexpr unsigned openFlags = 2;
+    folder.write("file", "old");
+    EXPECT_EQ(inChild([&] {
+                  refuseCall(SYS_openat, EOPNOTSUPP, openFlags, O_TMPFILE & ~O_DIRECTORY);
+                  return static_cast<int>(codeOfWriting(folder / "file"));
+              }),
+              0);
+    EXPECT_EQ(folder.read("file"), "new");
+    EXPECT_EQ(keepingWrite(files, folder / "without-proc", {{SYS_linkat, ENOENT}}), 0);
+    EXPECT_EQ(folder.read("without-proc"), "new");
+    EXPECT_EQ(count(), 2U);
+}
+
 TEST_F(PosixFiles, AWriteThatIsKilledBeforeItsRenameKeepsTheOldFile) {
     folder.write("file", "old");
     EXPECT_EQ(inChild([&] {
@@ -197,6 +222,28 @@ TEST_F(PosixFiles, NamesAreAsLongAsTheSystemAllows) {
     EXPECT_EQ(files.attributes(folder / (longest + "n")), std::nullopt);
     files.copyItem(folder / longest, folder / std::string(255, 'c'));
     EXPECT_EQ(count(), 2U);
+}
+
+TEST_F(PosixFiles, AFolderWhosePathIsTooLongIsRefusedBeforeAnyIsMade) {
+    for (const std::size_t parts : {2'100U, 60'000U}) {
+        std::string path = folder.path();
+        for (std::size_t i = 0; i < parts; ++i) path += "/a";
+        EXPECT_EQ(posixCodeOf([&] { files.createDirectory(path); }), ENAMETOOLONG) << parts;
+        EXPECT_EQ(count(), 0U) << parts;
+    }
+}
+
+TEST_F(PosixFiles, WhetherAFolderHoldsWhatOnlyLinksReachIsNotGuessed) {
+    const std::string name(250, 'n');
+    std::string relative = name;
+    for (int i = 0; i < 9; ++i) relative += "/" + name;
+    files.createDirectory(folder / "top" + "/" + relative);
+    std::filesystem::create_symlink("top/" + relative, folder / "first");
+    files.createDirectory(folder / "first/" + relative);
+    std::filesystem::create_symlink(relative, folder / "first/second");
+    folder.write("first/second/file", "x");
+    EXPECT_EQ(posixCodeOf([&] { (void)files.isOrContains(folder / "top", folder / "first/second/file"); }),
+              ENAMETOOLONG);
 }
 
 TEST_F(PosixFiles, AListingShowsTheFolderThatWasOpened) {
@@ -254,6 +301,66 @@ TEST_F(PosixFiles, AFailedCopyRemovesWhatItCopied) {
         EXPECT_EQ(posixCodeOf([&] { files.copyItem(folder / "folder/a", folder / "copy"); }), EFBIG);
     }
     EXPECT_FALSE(folder.exists("copy"));
+}
+
+TEST_F(PosixFiles, AFailedCopyRemovesFoldersThatMayNotBeWritten) {
+    std::vector<std::string> locked{folder / "folder"};
+    for (int i = 0; i < 30; ++i) {
+        const std::string inner = "folder/" + std::to_string(i);
+        folder.write(inner + "/file", "x");
+        locked.push_back(folder / inner);
+    }
+    ASSERT_EQ(::mkfifo((folder / "folder/pipe").c_str(), 0600), 0);
+    for (const std::string& path : locked) std::filesystem::permissions(path, std::filesystem::perms{0555});
+    {
+        const WithoutPrivileges asTheUser;
+        EXPECT_EQ(posixCodeOf([&] { files.copyItem(folder / "folder", folder / "copy"); }), EINVAL);
+    }
+    for (const std::string& path : locked) std::filesystem::permissions(path, std::filesystem::perms{0755});
+    EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(PosixFiles, ACopyThatIsKilledIsNotSeenAtItsPlace) {
+    folder.write("folder/a/file", "x");
+    for (const char* name : {"folder", "folder/a/file"})
+        EXPECT_EQ(inChild([&] {
+                      killAtCall(SYS_utimensat);
+                      return static_cast<int>(posixCodeOf([&] { files.copyItem(folder / name, folder / "copy"); }));
+                  }),
+                  128 + SIGSYS)
+            << name;
+    EXPECT_FALSE(folder.exists("copy"));
+}
+
+/// In a child: the calls that are refused stay so.
+int refusedCopy(PosixFileManager& files, const std::string& path, const std::string& destination,
+                std::initializer_list<std::pair<long, int>> refused) {
+    return inChild([&] {
+        for (const auto& [call, error] : refused) refuseCall(call, error);
+        return static_cast<int>(posixCodeOf([&] { files.copyItem(path, destination); }));
+    });
+}
+
+TEST_F(PosixFiles, WhatTakesTheNameDuringACopyIsKept) {
+    folder.write("folder/file", "x");
+    std::filesystem::permissions(folder / "folder", std::filesystem::perms{0555});
+    for (const char* name : {"folder", "folder/file"})
+        EXPECT_EQ(refusedCopy(files, folder / name, folder / "copy", {{SYS_renameat2, EEXIST}}), EEXIST) << name;
+    std::filesystem::permissions(folder / "folder", std::filesystem::perms{0755});
+    EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(PosixFiles, DrivesThatLackRenamesWithFlagsAndHardLinksAreCopiedToAsWell) {
+    folder.write("folder/file", "x");
+    std::filesystem::create_symlink("file", folder / "folder/link");
+    const std::initializer_list<std::pair<long, int>> lacking = {{SYS_renameat2, EINVAL}, {SYS_linkat, EPERM}};
+    EXPECT_EQ(refusedCopy(files, folder / "folder", folder / "a", lacking), 0);
+    EXPECT_EQ(refusedCopy(files, folder / "folder/file", folder / "b", lacking), 0);
+    EXPECT_EQ(refusedCopy(files, folder / "folder/link", folder / "c", lacking), 0);
+    EXPECT_EQ(refusedCopy(files, folder / "folder/file", folder / "d", {{SYS_renameat2, EINVAL}}), 0);
+    EXPECT_EQ(folder.read("a/link") + folder.read("b") + folder.read("d"), "xxx");
+    EXPECT_EQ(std::filesystem::read_symlink(folder / "c"), "file");
+    EXPECT_EQ(count(), 5U);
 }
 
 TEST_F(PosixFiles, AFolderIsNotCopiedIntoItselfThroughALink) {
