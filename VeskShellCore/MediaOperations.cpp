@@ -6,6 +6,7 @@
 #include "VeskShellCore/ImageClip.hpp"
 #include "VeskShellCore/MediaError.hpp"
 #include "VeskShellCore/MediaInputs.hpp"
+#include "VeskShellCore/OutputFile.hpp"
 #include "VeskShellCore/ReelProfile.hpp"
 #include "VeskShellCore/ReelTimeline.hpp"
 #include "VeskShellCore/WorkingDirectory.hpp"
@@ -60,7 +61,7 @@ composeInstagramReel(Platform& platform, std::vector<CapabilityMediaComposeInput
     std::erase_if(inputs, [](const CapabilityMediaComposeInput& input) { return isBlank(input.path); });
     checkCount(inputs);
     FileManager& files = platform.fileManager();
-    const std::string path = standardized(files, outputPath);
+    const std::string path = outputFilePath(files, outputPath);
     files.createDirectory(parentFolder(path));
     removeIgnoringErrors(files, path);
     const auto work = files.makeWorkDirectory("vesk-media-compose-");

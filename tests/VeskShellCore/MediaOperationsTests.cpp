@@ -134,6 +134,15 @@ TEST_F(MediaOperations, AnExistingOutputIsLostEvenWhereTheCompositionFails) {
     EXPECT_THAT(files.existing, Not(Contains("/out/reel.mp4")));
 }
 
+TEST_F(MediaOperations, AnOutputThatIsNoFileToReplaceIsRefusedBeforeAnythingIsDone) {
+    files.existing.insert("/dev/null");
+    files.devices = {"/dev/null"};
+    for (const std::string& output : {std::string("/dev/null"), std::string("/in/a.png\0.mp4", 14)})
+        EXPECT_EQ(failure([&] { compose({"/in/b.mov"}, 4, output); }).substr(0, 22), "NSPOSIXErrorDomain 22:")
+            << output;
+    EXPECT_THAT(files.calls, IsEmpty());
+}
+
 TEST_F(MediaOperations, AnOutputThatCannotBeRemovedDoesNotMatter) {
     files.existing.insert("/out/reel.mp4");
     files.refused = {"/out/reel.mp4"};
