@@ -8,6 +8,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace vesk::test {
 namespace {
@@ -378,6 +379,13 @@ TEST_F(MediaProgram, FilesThatAreNotWhatTheirNameSaysAreNamed) {
         expectFailure({name}, "Media input has no playable duration: " + name);
     run("ffmpeg", {"-y", "-loglevel", "error", "-f", "lavfi", "-i", "sine=440:d=1", path("sound.mp4")});
     expectFailure({"sound.mp4"}, "Media input has no video track: sound.mp4");
+}
+
+TEST_F(MediaProgram, APipeThatNobodyWritesToIsNotWaitedFor) {
+    program.deadline = std::chrono::seconds(20);
+    for (const char* name : {"pipe.png", "pipe.mp4"}) ASSERT_EQ(::mkfifo(path(name).c_str(), 0600), 0);
+    expectFailure({"pipe.png"}, "Unable to read image: pipe.png");
+    expectFailure({"pipe.mp4"}, "Media input has no playable duration: pipe.mp4");
 }
 
 TEST_F(MediaProgram, APictureOfAnotherFormatThanItsNameIsRead) {
