@@ -28,6 +28,14 @@ std::string standardized(FileManager& files, const std::string& path) {
     return standardizedPath(absolutePath(files, path));
 }
 
+/// The output is removed before the first input is read.
+void checkNoInputIsLost(FileManager& files, const std::vector<CapabilityMediaComposeInput>& inputs,
+                        const std::string& output) {
+    for (const CapabilityMediaComposeInput& input : inputs)
+        if (files.isOrContains(output, standardized(files, input.path)))
+            throw MediaError("The film would take the place of its own input: " + displayName(input));
+}
+
 double imageDuration(const std::optional<double>& requested) {
     return std::max(std::min(requested.value_or(reel::defaultImageDuration), reel::longestImageDuration),
                     reel::shortestImageDuration);
@@ -62,6 +70,7 @@ composeInstagramReel(Platform& platform, std::vector<CapabilityMediaComposeInput
     checkCount(inputs);
     FileManager& files = platform.fileManager();
     const std::string path = outputFilePath(files, outputPath);
+    checkNoInputIsLost(files, inputs, path);
     files.createDirectory(parentFolder(path));
     removeIgnoringErrors(files, path);
     const auto work = files.makeWorkDirectory("vesk-media-compose-");

@@ -143,6 +143,19 @@ TEST_F(MediaOperations, AnOutputThatIsNoFileToReplaceIsRefusedBeforeAnythingIsDo
     EXPECT_THAT(files.calls, IsEmpty());
 }
 
+TEST_F(MediaOperations, AnInputThatIsTheOutputTooIsKept) {
+    files.links["/link.mov"] = "/in/b.mov";
+    for (const std::string input : {"/in/x/../b.mov", "/link.mov"}) {
+        EXPECT_EQ(failure([&] {
+                      compose({"/in/a.png", input}, 4, "/in/b.mov");
+                  }),
+                  "VeskMediaOperations 64: The film would take the place of its own input: "
+                      + input.substr(input.rfind('/') + 1));
+        EXPECT_THAT(files.existing, Contains("/in/b.mov"));
+        EXPECT_THAT(files.calls, IsEmpty());
+    }
+}
+
 TEST_F(MediaOperations, AnOutputThatCannotBeRemovedDoesNotMatter) {
     files.existing.insert("/out/reel.mp4");
     files.refused = {"/out/reel.mp4"};
