@@ -431,6 +431,7 @@ TEST_F(MediaProgram, ADiskThatTakesNoMoreIsTheSystemsError) {
     EXPECT_EQ(result.status, 1) << result;
     EXPECT_THAT(result.errorOutput, HasSubstr("Domain=VeskMediaFramework")) << result;
     EXPECT_THAT(result.errorOutput, HasSubstr("File too large")) << result;
+    EXPECT_FALSE(std::filesystem::exists(folder / "out/reel.mp4")) << "half a film is none";
 }
 
 TEST_F(MediaProgram, WhatAKilledRunLeftIsRemovedByTheNext) {
