@@ -8,7 +8,7 @@
 #include "VeskShellCore/ICloudListing.hpp"
 #include "VeskShellCore/ICloudPaths.hpp"
 #include "VeskShellCore/ICloudRoots.hpp"
-#include "VeskShellCore/WorkingDirectory.hpp"
+#include "VeskShellCore/OutputFile.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -81,8 +81,7 @@ void writeNewText(FileManager& files, const std::string& path, const std::string
 
 std::string resolveOutput(FileManager& files, const std::string& outputPath) {
     if (isBlank(outputPath)) throw PosixError(ENOENT, outputPath);
-    if (outputPath.find('\0') != std::string::npos) throw PosixError(EINVAL, outputPath.c_str());
-    return standardizedPath(absolutePath(files, outputPath));
+    return outputFilePath(files, outputPath);
 }
 
 /// The root may be a link to the user's drive; a copy of the link would hold nothing.

@@ -6,6 +6,7 @@
 #include "VeskShellCore/ImageClip.hpp"
 #include "VeskShellCore/MediaError.hpp"
 #include "VeskShellCore/MediaInputs.hpp"
+#include "VeskShellCore/OutputFile.hpp"
 #include "VeskShellCore/ReelProfile.hpp"
 #include "VeskShellCore/ReelTimeline.hpp"
 #include "VeskShellCore/WorkingDirectory.hpp"
@@ -25,6 +26,14 @@ void checkCount(const std::vector<CapabilityMediaComposeInput>& inputs) {
 
 std::string standardized(FileManager& files, const std::string& path) {
     return standardizedPath(absolutePath(files, path));
+}
+
+/// The output is removed before the first input is read.
+void checkNoInputIsLost(FileManager& files, const std::vector<CapabilityMediaComposeInput>& inputs,
+                        const std::string& output) {
+    for (const CapabilityMediaComposeInput& input : inputs)
+        if (files.isOrContains(output, standardized(files, input.path)))
+            throw MediaError("The film would take the place of its own input: " + displayName(input));
 }
 
 double imageDuration(const std::optional<double>& requested) {
@@ -60,7 +69,8 @@ composeInstagramReel(Platform& platform, std::vector<CapabilityMediaComposeInput
     std::erase_if(inputs, [](const CapabilityMediaComposeInput& input) { return isBlank(input.path); });
     checkCount(inputs);
     FileManager& files = platform.fileManager();
-    const std::string path = standardized(files, outputPath);
+    const std::string path = outputFilePath(files, outputPath);
+    checkNoInputIsLost(files, inputs, path);
     files.createDirectory(parentFolder(path));
     removeIgnoringErrors(files, path);
     const auto work = files.makeWorkDirectory("vesk-media-compose-");

@@ -5,9 +5,9 @@
 #include "VeskPlatform/Sleeper.hpp"
 #include "VeskPlatform/WebView.hpp"
 #include "VeskShellCore/BundleResponse.hpp"
+#include "VeskShellCore/OutputFile.hpp"
 #include "VeskShellCore/PDFDocument.hpp"
 #include "VeskShellCore/PDFNavigationDelegate.hpp"
-#include "VeskShellCore/WorkingDirectory.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/FilePath.hpp"
 #include "VeskSupport/Text.hpp"
@@ -24,7 +24,7 @@ constexpr std::chrono::milliseconds settlingTime{50};
 ErrorRecord pdfError(std::string message, std::int64_t code) { return {"VeskPDFOperations", code, std::move(message)}; }
 
 std::string outputFile(FileManager& files, std::string_view outputPath) {
-    std::string path = standardizedPath(absolutePath(files, outputPath));
+    std::string path = outputFilePath(files, outputPath);
     files.createDirectory(parentFolder(path));
     return path;
 }

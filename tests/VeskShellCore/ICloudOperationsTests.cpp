@@ -436,6 +436,8 @@ TEST_F(ICloudOperations, AnOutputThatNamesNothingIsRefused) {
     for (const char* output : {"", " ", "\n"})
         EXPECT_EQ(posixError([&] { exported("file", output); }).code(), ENOENT) << output;
     EXPECT_EQ(posixError([&] { exported("file", std::string("/out\0/x", 7)); }).code(), EINVAL);
+    files.existing = files.devices = {"/dev/null"};
+    EXPECT_EQ(posixError([&] { exported("file", "/dev/null"); }).code(), EINVAL);
     EXPECT_TRUE(files.calls.empty());
 }
 

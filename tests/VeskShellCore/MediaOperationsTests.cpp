@@ -134,6 +134,28 @@ TEST_F(MediaOperations, AnExistingOutputIsLostEvenWhereTheCompositionFails) {
     EXPECT_THAT(files.existing, Not(Contains("/out/reel.mp4")));
 }
 
+TEST_F(MediaOperations, AnOutputThatIsNoFileToReplaceIsRefusedBeforeAnythingIsDone) {
+    files.existing.insert("/dev/null");
+    files.devices = {"/dev/null"};
+    for (const std::string& output : {std::string("/dev/null"), std::string("/in/a.png\0.mp4", 14)})
+        EXPECT_EQ(failure([&] { compose({"/in/b.mov"}, 4, output); }).substr(0, 22), "NSPOSIXErrorDomain 22:")
+            << output;
+    EXPECT_THAT(files.calls, IsEmpty());
+}
+
+TEST_F(MediaOperations, AnInputThatIsTheOutputTooIsKept) {
+    files.links["/link.mov"] = "/in/b.mov";
+    for (const std::string input : {"/in/x/../b.mov", "/link.mov"}) {
+        EXPECT_EQ(failure([&] {
+                      compose({"/in/a.png", input}, 4, "/in/b.mov");
+                  }),
+                  "VeskMediaOperations 64: The film would take the place of its own input: "
+                      + input.substr(input.rfind('/') + 1));
+        EXPECT_THAT(files.existing, Contains("/in/b.mov"));
+        EXPECT_THAT(files.calls, IsEmpty());
+    }
+}
+
 TEST_F(MediaOperations, AnOutputThatCannotBeRemovedDoesNotMatter) {
     files.existing.insert("/out/reel.mp4");
     files.refused = {"/out/reel.mp4"};

@@ -90,6 +90,14 @@ TEST_F(PDFOperations, BlankArgumentsFailBeforeAnythingIsDone) {
     EXPECT_THAT(engine.calls, IsEmpty());
 }
 
+TEST_F(PDFOperations, AnOutputThatIsNoFileToReplaceIsRefusedBeforeAnythingIsDone) {
+    files.existing = files.devices = {"/dev/null"};
+    for (const std::string& output : {std::string("/dev/../dev/null"), std::string("/in/b\0.pdf", 10)})
+        EXPECT_EQ(failureOf("x", output).first, EINVAL) << output;
+    EXPECT_THAT(files.calls, IsEmpty());
+    EXPECT_THAT(engine.calls, IsEmpty());
+}
+
 TEST_F(PDFOperations, AFolderThatCannotBeMadeIsThePlatformsError) {
     files.refused = {"/out"};
     EXPECT_EQ(failureOf("x", "/out/a.pdf").first, EACCES);

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace vesk::test {
 namespace {
@@ -380,6 +381,13 @@ TEST_F(MediaProgram, FilesThatAreNotWhatTheirNameSaysAreNamed) {
     expectFailure({"sound.mp4"}, "Media input has no video track: sound.mp4");
 }
 
+TEST_F(MediaProgram, APipeThatNobodyWritesToIsNotWaitedFor) {
+    program.deadline = std::chrono::seconds(20);
+    for (const char* name : {"pipe.png", "pipe.mp4"}) ASSERT_EQ(::mkfifo(path(name).c_str(), 0600), 0);
+    expectFailure({"pipe.png"}, "Unable to read image: pipe.png");
+    expectFailure({"pipe.mp4"}, "Media input has no playable duration: pipe.mp4");
+}
+
 TEST_F(MediaProgram, APictureOfAnotherFormatThanItsNameIsRead) {
     quarters("really.png", "200x200");
     std::filesystem::rename(path("really.png"), path("called.jpg"));
@@ -423,6 +431,7 @@ TEST_F(MediaProgram, ADiskThatTakesNoMoreIsTheSystemsError) {
     EXPECT_EQ(result.status, 1) << result;
     EXPECT_THAT(result.errorOutput, HasSubstr("Domain=VeskMediaFramework")) << result;
     EXPECT_THAT(result.errorOutput, HasSubstr("File too large")) << result;
+    EXPECT_FALSE(std::filesystem::exists(folder / "out/reel.mp4")) << "half a film is none";
 }
 
 TEST_F(MediaProgram, WhatAKilledRunLeftIsRemovedByTheNext) {

@@ -8,12 +8,15 @@
 #include "tests/support/PrivateBus.hpp"
 #include "tests/support/ProgramRun.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace vesk::test {
 namespace {
@@ -132,6 +135,19 @@ TEST_F(WaylandProgram, TheActiveApplicationIsTold) {
 TEST_F(WaylandProgram, ADisplayThatIsNotThereIsNamed) {
     program.environment["WAYLAND_DISPLAY"] = "wayland-none";
     EXPECT_THAT(fail({"active-app"}), HasSubstr("The Wayland display \"wayland-none\" cannot be reached"));
+}
+
+/// The library under the connection has lines of its own for these, which would stand before ours.
+TEST_F(WaylandProgram, ADisplayThatIsNamedWronglyEndsWithOneLine) {
+    const std::vector<std::pair<std::string, std::string>> sessions{{"wayland-none", ""},
+                                                                    {std::string(200, 'x'), program.folder().string()}};
+    for (const auto& [display, runtimeFolder] : sessions) {
+        program.environment["WAYLAND_DISPLAY"] = display;
+        program.environment["XDG_RUNTIME_DIR"] = runtimeFolder;
+        const std::string told = fail({"active-app"});
+        EXPECT_EQ(std::ranges::count(told, '\n'), 1) << told;
+        EXPECT_THAT(told, HasSubstr("The Wayland display \"" + display + "\" cannot be reached"));
+    }
 }
 
 /// In the answer about the active application; none where it has none.

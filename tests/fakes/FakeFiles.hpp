@@ -30,13 +30,13 @@ public:
     }
 };
 
-/// A tree of folders, files and links, all paths absolute. Files of `existing` are empty, folders are there once
-/// something lies in them. Verbs are recorded in `calls`, folders that were made also in `made`. Paths in `refused`
-/// throw EACCES, those in `failing` their own code.
+/// A tree of folders, files and links, all paths absolute. Files of `existing` are empty; those that `devices`
+/// names too have no size at all. Folders are there once something lies in them. Verbs are recorded in `calls`, folders
+/// that were made also in `made`. Paths in `refused` throw EACCES, those in `failing` their own code.
 class FakeFileManager : public FileManager {
 public:
     std::string current = "/home/dana/work";
-    std::set<std::string> existing, refused;
+    std::set<std::string> existing, devices, refused;
     std::map<std::string, std::int64_t> failing;
     std::map<std::string, std::string> texts, links;
     std::set<std::string> folders{"/"};
@@ -61,6 +61,7 @@ public:
         const auto changed = modified.find(real);
         const std::optional<Instant> when = changed == modified.end() ? Instant{} : changed->second;
         if (!isFile(real)) return FileAttributes{.isDirectory = true, .size = {}, .modified = when};
+        if (devices.contains(real)) return FileAttributes{.isDirectory = false, .size = {}, .modified = when};
         return FileAttributes{
             .isDirectory = false, .size = static_cast<std::int64_t>(texts[real].size()), .modified = when};
     }

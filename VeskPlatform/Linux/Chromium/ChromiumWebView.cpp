@@ -8,8 +8,11 @@
 #include <algorithm>
 #include <asio/co_spawn.hpp>
 #include <atomic>
+#include <cerrno>
 #include <cmath>
 #include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -18,6 +21,34 @@ namespace vesk {
 namespace {
 
 constexpr double pointsPerInch = 72, pixelsPerInch = 96;
+
+/// A document that is being written. One that is not finished goes again: half a document is none. What is no file of
+/// the disk stays.
+class GrowingDocument {
+public:
+    explicit GrowingDocument(const std::string& path)
+        : path_(path), file_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
+        struct stat status {};
+        if (!file_ || ::fstat(file_.get(), &status) != 0) throw PosixError(errno, path);
+        isFile_ = S_ISREG(status.st_mode);
+    }
+    ~GrowingDocument() {
+        if (isFile_ && !isFinished_) ::unlink(path_.c_str());
+    }
+    GrowingDocument(const GrowingDocument&) = delete;
+    GrowingDocument& operator=(const GrowingDocument&) = delete;
+
+    void append(std::string_view bytes) const { writeAll(file_, bytes, path_); }
+    void finish() {
+        file_.close(path_);
+        isFinished_ = true;
+    }
+
+private:
+    std::string path_;
+    FileDescriptor file_;
+    bool isFile_ = false, isFinished_ = false;
+};
 
 double pixels(double points) { return points / pointsPerInch * pixelsPerInch; }
 
@@ -237,8 +268,7 @@ Task<double> ChromiumWebView::fittingScale(double paperWidth) {
 }
 
 Task<void> ChromiumWebView::saveStream(std::string handle, std::string path) {
-    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    if (!file) throw PosixError(errno, path);
+    GrowingDocument document(path);
     bool ended = false;
     while (!ended) {
         Json block{{"handle", handle}, {"size", 1 << 20}};
@@ -248,10 +278,10 @@ Task<void> ChromiumWebView::saveStream(std::string handle, std::string path) {
         const auto bytes = read.value("base64Encoded", false) ? base64Decoded(data) : std::optional(data);
         if (!bytes)
             throw WebEngineError(WebEngineError::Kind::broken, "The browser engine returned a damaged document.");
-        vesk::writeAll(file, *bytes, path);
+        document.append(*bytes);
         ended = read.at("eof").get<bool>();
     }
-    file.close(path);
+    document.finish();
 }
 
 void ChromiumWebView::failToStart(const std::string& reason) const {

@@ -104,7 +104,9 @@ bool writePicture(const PngWriter& writer, const PixelImage& image, const PngEff
 } // namespace
 
 std::unique_ptr<PngFile> PngFile::create(const std::string& path) {
-    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    // A pipe is not waited for until somebody reads it, but then it is written to like a file.
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
+    if (file) ::fcntl(file.get(), F_SETFL, O_WRONLY);
     return file ? std::unique_ptr<PngFile>(new PngFile(std::move(file))) : nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Maildir/MaildirListing.hpp"
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
+#include "VeskPlatform/Linux/OpenFailure.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ std::string textOf(const vdir::FileSignature& signature) {
 /// The names of all that may be messages: hidden files are none, and what is no file shows when it is read.
 std::string namesIn(const std::string& folder) {
     const DirectoryStream directory = openDirectory(folder);
-    if (directory == nullptr) throw PosixError(errno, folder);
+    if (directory == nullptr) throwOpenFailure(errno, folder);
     std::string names;
     while (const dirent* entry = ::readdir(directory.get())) {
         if (entry->d_name[0] == '.' || entry->d_type == DT_DIR) continue;

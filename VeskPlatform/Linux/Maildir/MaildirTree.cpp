@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Maildir/MaildirTree.hpp"
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
+#include "VeskPlatform/Linux/OpenFailure.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -77,6 +78,7 @@ private:
     std::optional<std::vector<std::string>> entriesOf(const std::string& path, bool isMaildir) const {
         const DirectoryStream directory = openDirectory(path);
         if (directory == nullptr) {
+            if (isShortage(errno)) throwOpenFailure(errno, path);
             if (errno != ENOENT) unreadable_(path, errno);
             return std::nullopt;
         }

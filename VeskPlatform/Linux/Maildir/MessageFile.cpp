@@ -3,6 +3,7 @@
 #include "VeskPlatform/Linux/Maildir/HeaderBlock.hpp"
 #include "VeskPlatform/Linux/Maildir/HtmlText.hpp"
 #include "VeskPlatform/Linux/Maildir/MessageReader.hpp"
+#include "VeskPlatform/Linux/OpenFailure.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
 #include "VeskSupport/Text.hpp"
 
@@ -45,7 +46,7 @@ std::string shownText(MessageText text, std::size_t characters) {
 MessageFile::MessageFile(const std::string& path)
     : path_(path), file_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
     struct stat status {};
-    if (!file_ || ::fstat(file_.get(), &status) != 0) throw PosixError(errno, path);
+    if (!file_ || ::fstat(file_.get(), &status) != 0) throwOpenFailure(errno, path);
     if (!S_ISREG(status.st_mode)) throw PosixError(EINVAL, path);
     modified_ = instantOf(status.st_mtim);
     size_ = static_cast<std::uint64_t>(status.st_size);

@@ -1,7 +1,10 @@
 #include "VeskPlatform/Linux/Media/FfmpegObjects.hpp"
 
 #include <array>
+#include <cerrno>
+#include <filesystem>
 #include <new>
+#include <system_error>
 
 namespace vesk {
 namespace {
@@ -41,7 +44,13 @@ FramePointer makePicture(int width, int height, AVPixelFormat format) {
 
 FramePointer sharedFrame(const AVFrame& frame) { return required(FramePointer(av_frame_clone(&frame))); }
 
+bool isRegularFile(const std::string& path) {
+    std::error_code failure;
+    return std::filesystem::is_regular_file(path, failure);
+}
+
 InputPointer openInput(const std::string& path, const char* formats, const AVInputFormat* known) {
+    if (!isRegularFile(path)) throw FfmpegError(AVERROR(EINVAL), path);
     AVDictionary* options = nullptr;
     av_dict_set(&options, "format_whitelist", formats, 0);
     av_dict_set(&options, "protocol_whitelist", "file", 0);

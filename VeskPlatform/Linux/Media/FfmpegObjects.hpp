@@ -54,8 +54,11 @@ FramePointer makePicture(int width, int height, AVPixelFormat format);
 /// Another reference to the same picture.
 FramePointer sharedFrame(const AVFrame& frame);
 
-/// Opens a file of one of the formats, whose names FFmpeg knows, and reads what its streams are. `known` is the format
-/// where that is known already. Nothing but this one file is read, whatever it refers to. Throws FfmpegError.
+/// Whether a file is there that ends, links followed: a pipe keeps whoever opens it waiting for a writer.
+bool isRegularFile(const std::string& path);
+
+/// Opens a regular file of one of the formats, whose names FFmpeg knows, and reads what its streams are. `known` is the
+/// format where that is known already. Nothing but this one file is read, whatever it refers to. Throws FfmpegError.
 InputPointer openInput(const std::string& path, const char* formats, const AVInputFormat* known = nullptr);
 
 struct DecoderOptions {

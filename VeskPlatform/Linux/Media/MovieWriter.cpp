@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Media/MovieWriter.hpp"
 
 #include <new>
+#include <unistd.h>
 
 extern "C" {
 #include <libavutil/channel_layout.h>
@@ -76,6 +77,7 @@ MovieWriter::MovieWriter(const std::string& path) : path_(path) {
 MovieWriter::~MovieWriter() {
     avio_closep(&output_->pb);
     avformat_free_context(output_);
+    if (!hasEnded_ && isRegularFile(path_)) ::unlink(path_.c_str());
 }
 
 int MovieWriter::addTrack(const AVCodecContext& codec) {
@@ -104,6 +106,7 @@ void MovieWriter::write(AVPacket& packet, int track, AVRational timeBase) {
 void MovieWriter::end() {
     checked(av_write_trailer(output_), path_);
     checked(avio_closep(&output_->pb), path_);
+    hasEnded_ = true;
 }
 
 } // namespace vesk

@@ -35,7 +35,7 @@ Encoder makeAudioEncoder();
 /// An MPEG-4 file that is being written.
 class MovieWriter {
 public:
-    /// Opens the file. Throws FfmpegError.
+    /// Opens the file. Throws FfmpegError. It goes again with a writer that has not come to `end`: half a film is none.
     explicit MovieWriter(const std::string& path);
     ~MovieWriter();
     MovieWriter(const MovieWriter&) = delete;
@@ -52,6 +52,7 @@ public:
 private:
     std::string path_;
     AVFormatContext* output_ = nullptr;
+    bool hasEnded_ = false;
 };
 
 } // namespace vesk

@@ -115,6 +115,7 @@ StillImage::StillImage(FramePointer stored, Orientation orientation, std::size_t
 }
 
 std::unique_ptr<ImageSource> openStillImage(const std::string& path) {
+    if (!isRegularFile(path)) return nullptr;
     if (auto heif = openHeifImage(path)) return heif;
     const char* format = formatOf(path);
     if (format == nullptr) return nullptr;

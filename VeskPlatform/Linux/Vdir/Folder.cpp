@@ -1,6 +1,7 @@
 #include "VeskPlatform/Linux/Vdir/Folder.hpp"
 
 #include "VeskPlatform/Linux/DirectoryStream.hpp"
+#include "VeskPlatform/Linux/OpenFailure.hpp"
 #include "VeskPlatform/Linux/Vdir/Parallel.hpp"
 #include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "VeskSupport/ErrorRecord.hpp"
@@ -20,7 +21,7 @@ namespace {
 
 DirectoryStream openFolder(const std::string& path) {
     DirectoryStream directory = openDirectory(path);
-    if (directory == nullptr) throw PosixError(errno, path);
+    if (directory == nullptr) throwOpenFailure(errno, path);
     return directory;
 }
 
@@ -78,7 +79,7 @@ std::vector<std::string> sortedFileNames(const std::string& path, std::string_vi
 std::string readRegularFile(const std::string& path, std::size_t maximumBytes) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
-    if (file.get() < 0 || ::fstat(file.get(), &status) != 0) throw PosixError(errno, path);
+    if (file.get() < 0 || ::fstat(file.get(), &status) != 0) throwOpenFailure(errno, path);
     if (!S_ISREG(status.st_mode)) throw PosixError(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path);
     if (static_cast<std::uint64_t>(status.st_size) > maximumBytes) throw PosixError(EFBIG, path);
     std::string bytes(static_cast<std::size_t>(status.st_size), '\0');

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <cstring>
 #include <poll.h>
 #include <utility>
@@ -17,6 +18,14 @@ void noteDone(void* data, wl_callback*, std::uint32_t) { *static_cast<bool*>(dat
 
 constexpr wl_callback_listener doneListener{.done = noteDone};
 
+void sayNothing(const char*, va_list) {}
+
+/// The library writes what is amiss to standard error, where only the line of the failure belongs.
+wl_display* connectSilently(const char* display) {
+    wl_log_set_handler_client(sayNothing);
+    return wl_display_connect(display);
+}
+
 int millisecondsUntil(std::chrono::steady_clock::time_point deadline) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
@@ -25,7 +34,7 @@ int millisecondsUntil(std::chrono::steady_clock::time_point deadline) {
 } // namespace
 
 WaylandConnection::WaylandConnection(std::string display, std::chrono::milliseconds patience)
-    : name_(std::move(display)), patience_(patience), display_(wl_display_connect(name_.c_str())) {
+    : name_(std::move(display)), patience_(patience), display_(connectSilently(name_.c_str())) {
     if (!display_)
         throw WaylandError(errno, "The Wayland display \"" + name_ + "\" cannot be reached: " + std::strerror(errno)
                                       + ". Run within a desktop session (WAYLAND_DISPLAY, XDG_RUNTIME_DIR).");

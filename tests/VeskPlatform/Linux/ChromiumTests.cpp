@@ -11,7 +11,10 @@
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <csignal>
+#include <filesystem>
+#include <functional>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace vesk::test {
@@ -60,6 +63,7 @@ protected:
             success = outcome;
             ended.resume();
         });
+        whenLoaded();
         view->runPrintOperation({.paperWidth = 612, .paperHeight = 792, .outputPath = std::move(path)}, delegate);
         co_await ended.wait();
         co_return success;
@@ -75,6 +79,7 @@ protected:
     }
 
     TemporaryFolder folder;
+    std::function<void()> whenLoaded = [] {};
     ProcessEnvironment environment;
     std::vector<std::string> logged;
     WebEngineOptions options{.environment = environment,
@@ -151,6 +156,22 @@ TEST_F(Chromium, APrintThatDoesNotEndFailsAtTheLimit) {
 TEST_F(Chromium, AFullDiskIsAFailedPrint) {
     EXPECT_FALSE(runTask(printed("<p>x</p>", "/dev/full")));
     EXPECT_THAT(logged, Contains(HasSubstr("No space left on device")));
+}
+
+TEST_F(Chromium, AFailedPrintLeavesNoHalfDocument) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    whenLoaded = [&] {
+        const rlimit little{1000, before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &little);
+    };
+    const bool success = runTask(printed("<p>x</p>", folder / "a.pdf"));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(success);
+    EXPECT_THAT(logged, Contains(HasSubstr("File too large")));
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.pdf"));
 }
 
 TEST_F(Chromium, AFolderThatIsNotThereIsAFailedPrint) {

@@ -2,12 +2,18 @@
 
 #include "VeskPlatform/Linux/Desktop/PixelImage.hpp"
 #include "VeskPlatform/Linux/Images/PngEffort.hpp"
+#include "VeskPlatform/Portable/FileDescriptor.hpp"
 #include "tests/support/ReadPng.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
+#include <array>
+#include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
 #include <random>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace vesk::test {
@@ -169,6 +175,18 @@ TEST_F(PixmanScreenImagesTests, OpeningEmptiesTheFile) {
 TEST_F(PixmanScreenImagesTests, AFileThatCannotBeOpenedIsNone) {
     EXPECT_EQ(images.createPng(folder / "absent/picture.png"), nullptr);
     EXPECT_EQ(images.createPng(folder.path()), nullptr);
+}
+
+TEST_F(PixmanScreenImagesTests, APipeIsWrittenToWhereSomebodyReads) {
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(images.createPng(path), nullptr);
+    const FileDescriptor reader(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const auto file = images.createPng(path);
+    ASSERT_NE(file, nullptr);
+    EXPECT_TRUE(file->finalize(TestImage::plain(3, 2, 0)));
+    std::array<char, 4> head{};
+    EXPECT_EQ(::read(reader.get(), head.data(), head.size()), 4);
+    EXPECT_EQ(std::string(head.data() + 1, 3), "PNG");
 }
 
 TEST_F(PixmanScreenImagesTests, AFullDiskIsAFailure) {

@@ -3,10 +3,12 @@
 #include "VeskPlatform/Linux/Maildir/MailDatabase.hpp"
 #include "VeskPlatform/Linux/SqliteConnection.hpp"
 #include "tests/VeskPlatform/Linux/Maildir/MailWorld.hpp"
+#include "tests/support/DescriptorShortage.hpp"
 #include "tests/support/Privileges.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <stdexcept>
 #include <sys/stat.h>
 
 namespace vesk {
@@ -255,6 +257,26 @@ TEST_F(MaildirRunner, AFolderThatCannotBeListedIsPassedOver) {
     EXPECT_THAT(mail.logged, ElementsAre("mail-store folder unreadable errno=13"));
     fs::permissions(closed, fs::perms::owner_all);
     EXPECT_THAT(mail.recent(), ElementsAre("closed", "open"));
+}
+
+TEST_F(MaildirRunner, AShortageOfDescriptorsLeavesNothingOut) {
+    deliver("first");
+    deliver("second", "work/INBOX");
+    const auto whole = mail.rows(recent);
+    ASSERT_EQ(whole.size(), 2U);
+    int failed = 0;
+    constexpr int most = 12;
+    for (int room = 0; room < most; ++room) {
+        fs::remove_all(mail.options.cacheFolder);
+        const test::DescriptorShortage shortage(room);
+        try {
+            EXPECT_EQ(mail.rows(recent), whole) << room;
+        } catch (const std::runtime_error&) { // a failure says what is amiss
+            ++failed;
+        }
+    }
+    EXPECT_GT(failed, 0);
+    EXPECT_LT(failed, most);
 }
 
 TEST_F(MaildirRunner, AnotherRootHasOtherMail) {

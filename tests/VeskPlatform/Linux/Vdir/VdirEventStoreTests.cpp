@@ -1,7 +1,9 @@
 #include "VeskSupport/ErrorRecord.hpp"
 #include "tests/VeskPlatform/Linux/Vdir/StoreWorld.hpp"
+#include "tests/support/DescriptorShortage.hpp"
 #include "tests/support/Privileges.hpp"
 
+#include <cerrno>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -123,6 +125,28 @@ TEST_F(VdirEventStoreTests, AFileThatCouldNotBeReadIsTriedAgain) {
     }
     if (::geteuid() != 0) fs::permissions(path, fs::perms::owner_all);
     EXPECT_THAT(titles(), ElementsAre("A")); // for root without a change to the file
+}
+
+TEST_F(VdirEventStoreTests, AShortageOfDescriptorsLeavesNothingOut) {
+    world.write("home/a.ics", calendar(timed("a", "A")));
+    world.write("home/displayname", "Home");
+    world.write("account/work/b.ics", calendar(timed("b", "B")));
+    int failed = 0;
+    for (int room = 0; room < 8; ++room) {
+        const DescriptorShortage shortage(room);
+        try {
+            VdirEventStore opened = world.store();
+            const auto calendars = opened.calendars();
+            ASSERT_EQ(calendars.size(), 2U) << room;
+            EXPECT_EQ(calendars.back().title, "Home") << room;
+            EXPECT_EQ(opened.events(day, nextDay, {"account/work", "home"}).size(), 2U) << room;
+        } catch (const ErrorRecord& error) {
+            EXPECT_EQ(error.code(), EMFILE) << room;
+            ++failed;
+        }
+    }
+    EXPECT_GT(failed, 0);
+    EXPECT_LT(failed, 8);
 }
 
 TEST_F(VdirEventStoreTests, SurveyCountsAndNames) {
