@@ -4,6 +4,7 @@
 #include "tests/support/RefusedCalls.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
+#include <chrono>
 #include <csignal>
 #include <sqlite3.h>
 #include <sys/resource.h>
@@ -20,7 +21,9 @@ struct FakeWorld {
 
 struct SqliteWorld {
     TemporaryFolder folder;
-    SqliteUserDefaults first{folder / "state"}, second{folder / "state"};
+    /// Many threads take turns here, and on a busy disk each turn takes its time.
+    static constexpr std::chrono::seconds patience{60};
+    SqliteUserDefaults first{folder / "state", patience}, second{folder / "state", patience};
     UserDefaults& defaults() { return first; }
     UserDefaults& again() { return second; }
 };
