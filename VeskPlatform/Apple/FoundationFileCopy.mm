@@ -39,8 +39,8 @@ void requireOutside(NSURL* source, NSURL* target, const std::string& destination
 bool isLink(NSString* path) { return [typeOf(path) isEqual:NSFileTypeSymbolicLink]; }
 
 bool isSameItem(const std::string& path, const std::string& other) {
-    struct stat one {
-    }, two{};
+    struct stat one {};
+    struct stat two {};
     return ::lstat(path.c_str(), &one) == 0 && ::lstat(other.c_str(), &two) == 0 && one.st_dev == two.st_dev
            && one.st_ino == two.st_ino;
 }
