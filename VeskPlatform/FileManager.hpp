@@ -64,8 +64,8 @@ public:
     /// None where nothing is there, a link followed, or where the user may not look.
     virtual std::optional<FileAttributes> attributes(const std::string& path) = 0;
     /// Whether `item`, or what it is a link to, is `folder` or lies anywhere in it: whether removing the one loses the
-    /// other. A `folder` that is a link is the link alone. Not where one of them is not there; throws PosixError where the
-    /// path that `item` is a link to is longer than the system takes, since nobody can tell then.
+    /// other. A `folder` that is a link is the link alone. Not where one of them is not there; throws PosixError where
+    /// the path that `item` is a link to is longer than the system takes, since nobody can tell then.
     virtual bool isOrContains(const std::string& folder, const std::string& item) = 0;
     /// Throws PosixError, with ENOENT where nothing is there and ENOTDIR where it is no folder.
     virtual std::unique_ptr<DirectoryReader> openDirectory(const std::string& path) = 0;

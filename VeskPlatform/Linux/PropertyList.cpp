@@ -136,8 +136,10 @@ struct NodeOf {
     }
     plist_t operator()(const PropertyListValue::Dictionary& dictionary) const {
         OwnedPlist result(plist_new_dict());
-        for (const auto& [key, item] : dictionary)
-            plist_dict_set_item(result.get(), wholeText(key), node(item).release());
+        for (const auto& [key, item] : dictionary) {
+            const char* name = wholeText(key); // before there is a node, since it refuses some
+            plist_dict_set_item(result.get(), name, node(item).release());
+        }
         return result.release();
     }
 };

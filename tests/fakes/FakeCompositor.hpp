@@ -33,12 +33,13 @@ public:
     explicit FakeCompositor(bool hasPlaces = true) : display_(wl_display_create()), wake_(::eventfd(0, EFD_CLOEXEC)) {
         if (wl_display_add_socket(display_, display().c_str()) != 0) throw std::runtime_error("no Wayland socket");
         if (hasPlaces) wl_global_create(display_, &zxdg_output_manager_v1_interface, 2, nullptr, bindManager);
-        wl_event_loop_add_fd(wl_display_get_event_loop(display_), wake_, WL_EVENT_READABLE, runWork, this);
+        waking_ = wl_event_loop_add_fd(wl_display_get_event_loop(display_), wake_, WL_EVENT_READABLE, runWork, this);
         thread_ = std::thread([this] { wl_display_run(display_); });
     }
     ~FakeCompositor() {
         run([this] { wl_display_terminate(display_); });
         thread_.join();
+        wl_event_source_remove(waking_);
         wl_display_destroy_clients(display_);
         wl_display_destroy(display_);
         ::close(wake_);
@@ -123,6 +124,7 @@ private:
     TemporaryFolder folder_;
     wl_display* display_;
     int wake_;
+    wl_event_source* waking_ = nullptr;
     std::function<void()> work_;
     std::map<std::string, Plugged> monitors_;
     std::thread thread_;
