@@ -13,8 +13,8 @@ namespace {
 
 /// Not of none, and not where another folder has come in its place.
 bool isAt(const FileDescriptor& folder, const std::string& path) {
-    struct stat held {
-    }, named{};
+    struct stat held {};
+    struct stat named {};
     return folder && ::fstat(folder.get(), &held) == 0 && ::stat(path.c_str(), &named) == 0
            && held.st_dev == named.st_dev && held.st_ino == named.st_ino;
 }
