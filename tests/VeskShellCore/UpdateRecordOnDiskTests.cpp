@@ -8,6 +8,7 @@
 #include "tests/support/KilledAtCall.hpp"
 #include "tests/support/Privileges.hpp"
 #include "tests/support/RefusedCalls.hpp"
+#include "tests/support/Sanitizers.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <algorithm>
@@ -144,6 +145,7 @@ TEST_F(UpdateRecordOnDisk, AKillDuringTheFirstSaveLeavesNothingOrTheRecord) {
 }
 
 TEST_F(UpdateRecordOnDisk, ShortagesLeaveTheOldRecordAndNothingElse) {
+    SKIP_UNDER_SANITIZERS();
     struct Case {
         const char* name;
         std::function<void()> shortage;

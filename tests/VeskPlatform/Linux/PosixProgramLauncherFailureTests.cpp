@@ -2,6 +2,7 @@
 
 #include "tests/support/DescriptorLimit.hpp"
 #include "tests/support/Privileges.hpp"
+#include "tests/support/Sanitizers.hpp"
 
 #include <array>
 #include <cerrno>
@@ -78,6 +79,7 @@ TEST_F(PosixProgramLauncherFailureTests, AFolderThatMayOnlyBeEnteredIsEnough) {
 }
 
 TEST_F(PosixProgramLauncherFailureTests, AWantOfDescriptorsAnywhereStartsNothingAndLeavesNothing) {
+    SKIP_UNDER_SANITIZERS();
     const int firstFree = ::open("/dev/null", O_RDONLY);
     ::close(firstFree);
     ProgramLaunch launch = reading(markingIn(folder.path()));

@@ -2,6 +2,7 @@
 #include "tests/VeskPlatform/Linux/Vdir/StoreWorld.hpp"
 #include "tests/support/DescriptorShortage.hpp"
 #include "tests/support/Privileges.hpp"
+#include "tests/support/Sanitizers.hpp"
 
 #include <cerrno>
 #include <filesystem>
@@ -128,6 +129,7 @@ TEST_F(VdirEventStoreTests, AFileThatCouldNotBeReadIsTriedAgain) {
 }
 
 TEST_F(VdirEventStoreTests, AShortageOfDescriptorsLeavesNothingOut) {
+    SKIP_UNDER_SANITIZERS();
     world.write("home/a.ics", calendar(timed("a", "A")));
     world.write("home/displayname", "Home");
     world.write("account/work/b.ics", calendar(timed("b", "B")));
