@@ -6,6 +6,9 @@
 /// Whole stacks for what is allocated, since leaks of libraries are told by the library.
 VESK_SANITIZER_HOOK const char* __asan_default_options() { return "fast_unwind_on_malloc=0"; }
 
+/// Standard error is what tests compare.
+VESK_SANITIZER_HOOK const char* __lsan_default_options() { return "print_suppressions=0"; }
+
 /// Keeps three texts of each connection for good.
 VESK_SANITIZER_HOOK const char* __lsan_default_suppressions() { return "leak:libsecret-1.so\n"; }
 
